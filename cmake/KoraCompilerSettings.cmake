@@ -1,0 +1,19 @@
+# SPDX-License-Identifier: Apache-2.0
+
+# Warnings and sanitizers of a target of this repository.
+function(kora_compile_settings target)
+    target_compile_features(${target} PRIVATE cxx_std_17)
+    set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+    target_compile_definitions(${target} PRIVATE
+        QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
+        QT_DISABLE_DEPRECATED_BEFORE=0x050F00 QT_NO_FOREACH
+    )
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wconversion)
+    if(KORA_DEVELOPER_BUILD)
+        target_compile_options(${target} PRIVATE -Werror)
+    endif()
+    if(KORA_SANITIZER)
+        target_compile_options(${target} PRIVATE -fsanitize=${KORA_SANITIZER} -fno-omit-frame-pointer)
+        target_link_options(${target} PRIVATE -fsanitize=${KORA_SANITIZER})
+    endif()
+endfunction()

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QtCore/QMap>
+#include <QtCore/QObject>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <kora/export.h>
+#include <kora/loader/plugindata.h>
+
+namespace KORA {
+namespace INTERNAL {
+
+/// Loads widget libraries from plugin folders, keeps a record of each, and drives their life-cycle hooks.
+///
+/// A plugin folder is named by the plugin's UUID and holds a library per platform at <os>/<arch>/, on Linux
+/// lib<folder name>.so. The phases: load folders (not inited), init() (inited), deinit() (not inited again),
+/// unload() (empty). Failures come back as false and are logged: "GENERAL" for misuse, "PLUGIN_LOADING" for a
+/// plugin. Used from the GUI thread.
+class KORA_EXPORT PluginLoader : public QObject
+{
+    Q_OBJECT
+
+public:
+    PluginLoader();
+    /// Calls unload().
+    ~PluginLoader() override;
+
+    /// Calls aboutToLoad() on every plugin, then load() on every plugin, in plugin-id order. False, and nothing
+    /// called, if inited already or if no plugin is loaded.
+    bool init();
+    /// Calls aboutToUnload(), then unload() on every plugin. False if not inited.
+    bool deinit();
+    /// deinit(), then releases every plugin. The libraries' code stays mapped: widgets that still live keep
+    /// working.
+    void unload();
+    bool isInit() const { return m_isInit; }
+
+    /// Plugin id to record; the loader owns the records.
+    const QMap<QString, PluginData *> &pluginData() const { return m_pluginData; }
+    /// The record of the id, compared to the letter, or null.
+    PluginData *pluginDataByPluginId(const QString &id) const;
+
+    /// Loads every plugin folder in @p dirPath but those named in @p disabledIds. One folder's failure does not
+    /// stop the others; false if any failed, if the folder does not exist, or if inited.
+    bool loadFromDir(const QString &dirPath, const QStringList &disabledIds);
+    /// Loads one plugin folder.
+    bool loadFromPluginDir(const QString &pluginDir);
+    /// Loads one library file. Unless @p expectedId is empty, the id in its metadata must equal it. A record
+    /// that the loader already has under the id is replaced and not destroyed.
+    bool loadFromPluginPath(const QString &libraryPath, const QString &expectedId);
+    /// Whether the folder is named by a UUID and holds the libraries of all platforms, win32/x86, win32/x64,
+    /// linux/arm32 and linux/arm64, whatever the platform that asks. Logs nothing.
+    bool checkPluginDir(const QString &pluginDir);
+
+private:
+    bool refuseWhenInit() const;
+    bool loadFolder(const QString &folderPath, const QStringList &disabledIds);
+
+    bool m_isInit = false;
+    QMap<QString, PluginData *> m_pluginData;
+};
+
+} // namespace INTERNAL
+} // namespace KORA
