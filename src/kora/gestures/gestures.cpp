@@ -1,0 +1,5 @@
+#include <kora/gestures/gestures.h>
+bool KORA::koraGesturesInit()
+{
+    return true;
+}
