@@ -18,8 +18,8 @@ using StringMap = QMap<int, QString>;
 
 namespace {
 
-const double nan = std::numeric_limits<double>::quiet_NaN();
-const double infinity = std::numeric_limits<double>::infinity();
+const double notANumber = std::numeric_limits<double>::quiet_NaN();
+const double infinite = std::numeric_limits<double>::infinity();
 const QVariant none;
 
 QVariant text(const char *utf8)
@@ -341,12 +341,12 @@ void tst_FieldValues::boundsOfIntegers_data()
     QTest::newRow("no number counts as zero") << QVariant(-5) << text("abc") << QVariant(5) << 0;
     QTest::newRow("no number is bounded as zero") << QVariant(10) << text("abc") << QVariant(100) << 10;
     QTest::newRow("no value counts as zero") << QVariant(10) << none << none << 10;
-    QTest::newRow("not a number counts as zero") << QVariant(-5) << QVariant(nan) << QVariant(5) << 0;
-    QTest::newRow("not a number is bounded as zero") << QVariant(10) << QVariant(nan) << QVariant(100) << 10;
+    QTest::newRow("not a number counts as zero") << QVariant(-5) << QVariant(notANumber) << QVariant(5) << 0;
+    QTest::newRow("not a number is bounded as zero") << QVariant(10) << QVariant(notANumber) << QVariant(100) << 10;
     QTest::newRow("a huge number takes the maximum")
         << QVariant(0) << QVariant(1e300) << QVariant(100) << 100;
     QTest::newRow("a huge negative one the minimum") << QVariant(0) << QVariant(-1e300) << QVariant(100) << 0;
-    QTest::newRow("infinity takes the maximum") << QVariant(0) << QVariant(infinity) << QVariant(100) << 100;
+    QTest::newRow("infinity takes the maximum") << QVariant(0) << QVariant(infinite) << QVariant(100) << 100;
     QTest::newRow("a huge number without maximum") << none << QVariant(1e300) << none << INT_MAX;
     QTest::newRow("one more than fits") << none << QVariant(2147483648.0) << none << INT_MAX;
     QTest::newRow("one less than fits") << none << QVariant(-2147483649.0) << none << INT_MIN;
@@ -355,7 +355,7 @@ void tst_FieldValues::boundsOfIntegers_data()
     QTest::newRow("a huge number as text") << QVariant(0) << text("99999999999") << QVariant(100) << 100;
     QTest::newRow("minimum above maximum") << QVariant(10) << QVariant(5) << QVariant(0) << 0;
     QTest::newRow("bounds that are no numbers are zero") << text("abc") << QVariant(-5) << none << 0;
-    QTest::newRow("a maximum that is not a number is zero") << none << QVariant(5) << QVariant(nan) << 0;
+    QTest::newRow("a maximum that is not a number is zero") << none << QVariant(5) << QVariant(notANumber) << 0;
     QTest::newRow("a huge bound saturates") << none << QVariant(5) << QVariant(1e300) << 5;
 }
 
@@ -381,15 +381,15 @@ void tst_FieldValues::boundsOfDoubles_data()
     QTest::newRow("below") << QVariant(0.5) << QVariant(0.25) << QVariant(1) << 0.5;
     QTest::newRow("above") << QVariant(0) << text("1.5") << QVariant(1.25) << 1.25;
     QTest::newRow("infinity takes the maximum")
-        << QVariant(0) << QVariant(infinity) << QVariant(100) << 100.0;
+        << QVariant(0) << QVariant(infinite) << QVariant(100) << 100.0;
     QTest::newRow("a huge number stays") << none << QVariant(1e300) << none << 1e300;
     QTest::newRow("no number counts as zero") << none << text("abc") << none << 0.0;
-    QTest::newRow("not a number is zero") << none << QVariant(nan) << none << 0.0;
+    QTest::newRow("not a number is zero") << none << QVariant(notANumber) << none << 0.0;
     QTest::newRow("not a number is bounded as zero")
-        << QVariant(10) << QVariant(nan) << QVariant(100) << 10.0;
+        << QVariant(10) << QVariant(notANumber) << QVariant(100) << 10.0;
     QTest::newRow("not a number as text too") << QVariant(10) << text("nan") << QVariant(100) << 10.0;
-    QTest::newRow("a minimum that is not a number is zero") << QVariant(nan) << QVariant(-5) << none << 0.0;
-    QTest::newRow("a maximum that is not a number is zero") << none << QVariant(5) << QVariant(nan) << 0.0;
+    QTest::newRow("a minimum that is not a number is zero") << QVariant(notANumber) << QVariant(-5) << none << 0.0;
+    QTest::newRow("a maximum that is not a number is zero") << none << QVariant(5) << QVariant(notANumber) << 0.0;
     QTest::newRow("minimum above maximum") << QVariant(10) << QVariant(5) << QVariant(0) << 0.0;
 }
 
@@ -486,8 +486,8 @@ void tst_FieldValues::aValueIsConvertedToTheField_data()
         fails(qPrintable(row("one less than the smallest")), type, QVariant(-2147483649.0));
         fails(qPrintable(row("an unsigned number")), type, QVariant(2147483648U));
         fails(qPrintable(row("a huge number")), type, QVariant(1e300));
-        fails(qPrintable(row("infinity")), type, QVariant(-infinity));
-        fails(qPrintable(row("not a number")), type, QVariant(nan));
+        fails(qPrintable(row("infinity")), type, QVariant(-infinite));
+        fails(qPrintable(row("not a number")), type, QVariant(notANumber));
     }
     fails("text is no double", 5, text("abc"));
     fails("a list is no bool", 6, QVariantList{1});
