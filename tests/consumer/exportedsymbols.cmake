@@ -5,7 +5,7 @@
 execute_process(COMMAND ${nm} -DC --defined-only ${library} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX MATCHALL "[^\n]+" symbols "${symbols}")
 list(TRANSFORM symbols REPLACE "^[0-9a-f]+ . " "")
-set(own "KORA::|koraFormatLogMessage\\(")
+set(own "KORA::|koraFormatLogMessage\\(|void KORA::INTERNAL::koraBound<")
 set(described "(vtable|typeinfo|typeinfo name|VTT|guard variable) for |(non-)?virtual thunk to ")
 set(foreign "${symbols}")
 list(FILTER foreign EXCLUDE REGEX "^(${described})?(${own})")
