@@ -5,10 +5,11 @@
 execute_process(COMMAND ${nm} -DC --defined-only ${library} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX MATCHALL "[^\n]+" symbols "${symbols}")
 list(TRANSFORM symbols REPLACE "^[0-9a-f]+ . " "")
-set(own "KORA::|koraFormatLogMessage\\(|void KORA::INTERNAL::koraBound<")
+set(own "KORA::|koraFormatLogMessage\\(")
 set(described "(vtable|typeinfo|typeinfo name|VTT|guard variable) for |(non-)?virtual thunk to ")
+set(result_type "[a-z]+ ") # of instances of function templates
 set(foreign "${symbols}")
-list(FILTER foreign EXCLUDE REGEX "^(${described})?(${own})")
+list(FILTER foreign EXCLUDE REGEX "^(${described}|${result_type})?(${own})")
 if(foreign OR NOT symbols MATCHES "koraFormatLogMessage")
     list(JOIN foreign "\n  " foreign)
     message(FATAL_ERROR "Foreign symbols in ${library}:\n  ${foreign}")
