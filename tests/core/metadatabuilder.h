@@ -10,16 +10,22 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QStringList>
 
+/// The QString literal that later versions of Qt have.
+inline QString operator""_s(const char *text, size_t size)
+{
+    return QString::fromUtf8(text, static_cast<int>(size));
+}
+
 namespace MetaData {
 
 using KORA::INTERNAL::TranslationStringType;
 
-inline const auto pluginId = QStringLiteral("6f0f4c3e-5d0f-4a5b-9c31-2f7f0c9b1a01");
+inline const auto pluginId = "6f0f4c3e-5d0f-4a5b-9c31-2f7f0c9b1a01"_s;
 
 /// JSON with ' for ".
 inline QJsonValue json(QString text)
 {
-    text = QStringLiteral("[%1]").arg(text.replace(QLatin1Char('\''), QLatin1Char('"')));
+    text = "[%1]"_s.arg(text.replace(QLatin1Char('\''), QLatin1Char('"')));
     QJsonParseError error{};
     const QJsonDocument document = QJsonDocument::fromJson(text.toUtf8(), &error);
     if (error.error != QJsonParseError::NoError)
@@ -30,7 +36,7 @@ inline QJsonValue json(QString text)
 /// Adds or replaces the members of @p patch; a member that is null is removed.
 inline QJsonObject patched(QJsonObject object, const QString &patch)
 {
-    const QJsonObject members = json(patch.isEmpty() ? QStringLiteral("{}") : patch).toObject();
+    const QJsonObject members = json(patch.isEmpty() ? "{}"_s : patch).toObject();
     for (auto member = members.begin(); member != members.end(); ++member) {
         if (member->isNull())
             object.remove(member.key());
@@ -43,44 +49,38 @@ inline QJsonObject patched(QJsonObject object, const QString &patch)
 /// The whole metadata of a plugin, as a plugin loader gives it.
 inline QJsonObject plugin(const QString &patch = QString())
 {
-    const QJsonObject metaData = {{QStringLiteral("id"), pluginId},
-                                  {QStringLiteral("name"), QStringLiteral("Plant")},
-                                  {QStringLiteral("author"), QStringLiteral("Author")},
-                                  {QStringLiteral("version"), QStringLiteral("1.2.3")}};
-    return {{QStringLiteral("MetaData"), patched(metaData, patch)}};
+    const QJsonObject metaData = {
+        {"id"_s, pluginId}, {"name"_s, "Plant"_s}, {"author"_s, "Author"_s}, {"version"_s, "1.2.3"_s}};
+    return {{"MetaData"_s, patched(metaData, patch)}};
 }
 
 inline QJsonObject plugin(const QJsonArray &widgets)
 {
-    QJsonObject metaData = plugin().value(QStringLiteral("MetaData")).toObject();
-    metaData.insert(QStringLiteral("widgets"), widgets);
-    return {{QStringLiteral("MetaData"), metaData}};
+    QJsonObject metaData = plugin().value("MetaData"_s).toObject();
+    metaData.insert("widgets"_s, widgets);
+    return {{"MetaData"_s, metaData}};
 }
 
 inline QJsonObject widget(const QString &patch = QString(), const QJsonArray &fields = QJsonArray())
 {
-    const QJsonObject object = {{QStringLiteral("id"), QStringLiteral("gauge")},
-                                {QStringLiteral("version"), QStringLiteral("1.0.0")},
-                                {QStringLiteral("fields"), fields}};
+    const QJsonObject object = {{"id"_s, "gauge"_s}, {"version"_s, "1.0.0"_s}, {"fields"_s, fields}};
     return patched(object, patch);
 }
 
 /// The labels that font fields and multi-language texts must have.
 inline const auto fontLabels =
-    QStringLiteral("'displayFontFamily': 'Family', 'displayFontSize': 'Size', 'displayFontBold': 'Bold',"
-                   "'displayFontStyle': 'Style', 'displayFontUnderline': 'Underline'");
+    "'displayFontFamily': 'Family', 'displayFontSize': 'Size', 'displayFontBold': 'Bold',"
+    "'displayFontStyle': 'Style', 'displayFontUnderline': 'Underline'"_s;
 
 /// A field with all that its type requires.
 inline QJsonObject field(const QString &type, const QString &patch = QString())
 {
-    QJsonObject object = {{QStringLiteral("id"), QStringLiteral("f")},
-                          {QStringLiteral("type"), type},
-                          {QStringLiteral("display"), QStringLiteral("F")}};
+    QJsonObject object = {{"id"_s, "f"_s}, {"type"_s, type}, {"display"_s, "F"_s}};
     if (type == QLatin1String("font"))
-        object = patched(object, QStringLiteral("{%1}").arg(fontLabels));
+        object = patched(object, "{%1}"_s.arg(fontLabels));
     if (type == QLatin1String("option"))
-        object = patched(object, QStringLiteral("{'options': [{'index': 1, 'option': 'Off'},"
-                                                "{'index': 2, 'option': 'On'}]}"));
+        object = patched(object, "{'options': [{'index': 1, 'option': 'Off'},"
+                                 "{'index': 2, 'option': 'On'}]}"_s);
     return patched(object, patch);
 }
 
@@ -88,8 +88,8 @@ inline QJsonObject field(const QString &type, const QString &patch = QString())
 inline TranslationStringType text(const QString &notation)
 {
     TranslationStringType result;
-    const QStringList parts = notation.split(QStringLiteral(" | "));
-    for (const QString &entry : parts[0].split(QStringLiteral(" & ")))
+    const QStringList parts = notation.split(" | "_s);
+    for (const QString &entry : parts[0].split(" & "_s))
         result.set(entry.section(QLatin1Char('='), 0, 0), entry.section(QLatin1Char('='), 1));
     result.setComment(parts.value(1));
     return result;
@@ -101,8 +101,8 @@ inline QString notation(const TranslationStringType &text)
     const QMap<QString, QString> &translations = text.translations();
     for (auto entry = translations.begin(); entry != translations.end(); ++entry)
         entries << entry.key() + QLatin1Char('=') + entry.value();
-    const QString languages = entries.join(QStringLiteral(" & "));
-    return text.comment().isEmpty() ? languages : languages + QStringLiteral(" | ") + text.comment();
+    const QString languages = entries.join(" & "_s);
+    return text.comment().isEmpty() ? languages : languages + " | "_s + text.comment();
 }
 
 /// One text a line.

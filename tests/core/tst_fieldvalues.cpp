@@ -41,8 +41,7 @@ bool isSame(const QVariant &a, const QVariant &b)
 }
 
 #define COMPARE_VARIANTS(actual, expected) \
-    QVERIFY2(isSame(actual, expected),     \
-             qPrintable(QStringLiteral("%1 for %2").arg(shown(actual), shown(expected))))
+    QVERIFY2(isSame(actual, expected), qPrintable("%1 for %2"_s.arg(shown(actual), shown(expected))))
 
 QString shown(const QVariant &value)
 {
@@ -90,11 +89,10 @@ void tst_FieldValues::aValueIsWrittenAsText_data()
 
     QTest::newRow("a string as it is") << 1 << text(" \"é\" ") << " \"é\" ";
     QTest::newRow("a string list as an array")
-        << 2 << QVariant(QStringList{QStringLiteral("a\"b"), QString()}) << R"(["a\"b",""])";
+        << 2 << QVariant(QStringList{"a\"b"_s, QString()}) << R"(["a\"b",""])";
     QTest::newRow("an empty string list") << 2 << QVariant(QStringList()) << "[]";
     QTest::newRow("a string map in order of the index")
-        << 3
-        << QVariant::fromValue(StringMap{{2, QStringLiteral("b")}, {1, QStringLiteral("a")}, {-1, QString()}})
+        << 3 << QVariant::fromValue(StringMap{{2, "b"_s}, {1, "a"_s}, {-1, QString()}})
         << R"([{"i":-1,"v":""},{"i":1,"v":"a"},{"i":2,"v":"b"}])";
     QTest::newRow("what is no string map as an empty one") << 3 << QVariant(5) << "[]";
     QTest::newRow("an integer") << 4 << QVariant(INT_MIN) << "-2147483648";
@@ -122,7 +120,7 @@ void tst_FieldValues::aValueIsWrittenAsText_data()
     QTest::newRow("an empty image") << 10 << text("") << R"({"isValid":true,"value":""})";
     QTest::newRow("no image") << 10 << none << R"({"isValid":false,"value":""})";
     for (const int type : {0, 11, 12, 13, -1})
-        QTest::newRow(qPrintable(QStringLiteral("nothing for type %1").arg(type))) << type << text("x") << "";
+        QTest::newRow(qPrintable("nothing for type %1"_s.arg(type))) << type << text("x") << "";
 }
 
 void tst_FieldValues::aValueIsWrittenAsText()
@@ -140,15 +138,13 @@ void tst_FieldValues::aValueIsReadFromText_data()
 
     const QVariant noMap = QVariant::fromValue(StringMap());
     QTest::newRow("a string as it is") << 1 << " [x] " << text(" [x] ");
-    QTest::newRow("a string list") << 2 << R"(["b", "a"])"
-                                   << QVariant(QStringList{QStringLiteral("b"), QStringLiteral("a")});
+    QTest::newRow("a string list") << 2 << R"(["b", "a"])" << QVariant(QStringList{"b"_s, "a"_s});
     QTest::newRow("what is no text in a string list is empty")
-        << 2 << R"(["b", 1])" << QVariant(QStringList{QStringLiteral("b"), QString()});
+        << 2 << R"(["b", 1])" << QVariant(QStringList{"b"_s, QString()});
     QTest::newRow("a string list that is an object") << 2 << R"({"a":"b"})" << QVariant(QStringList());
     QTest::newRow("a string list that is no JSON") << 2 << "a,b" << QVariant(QStringList());
     QTest::newRow("a string map") << 3 << R"([{"i":2,"v":"b"},{"i":1,"v":"a"}])"
-                                  << QVariant::fromValue(
-                                         StringMap{{1, QStringLiteral("a")}, {2, QStringLiteral("b")}});
+                                  << QVariant::fromValue(StringMap{{1, "a"_s}, {2, "b"_s}});
     QTest::newRow("a string map that is no JSON") << 3 << "x" << noMap;
     QTest::newRow("an integer") << 4 << "-12" << QVariant(-12);
     QTest::newRow("an integer that is no number") << 4 << "12a" << QVariant(0);
@@ -168,7 +164,7 @@ void tst_FieldValues::aValueIsReadFromText_data()
     QTest::newRow("an image that does not say that it is valid") << 10 << R"({"value":"a.png"})" << none;
     QTest::newRow("an image that is no JSON") << 10 << "a.png" << none;
     for (const int type : {0, 11, 12, 13, -1})
-        QTest::newRow(qPrintable(QStringLiteral("nothing for type %1").arg(type))) << type << "x" << none;
+        QTest::newRow(qPrintable("nothing for type %1"_s.arg(type))) << type << "x" << none;
 }
 
 void tst_FieldValues::aValueIsReadFromText()
@@ -181,13 +177,12 @@ void tst_FieldValues::aValueIsReadFromText()
 
 void tst_FieldValues::whatIsWrittenIsReadAgain()
 {
-    QFont underlined(QStringLiteral("Roboto Thin"), 12, QFont::Bold, true);
+    QFont underlined("Roboto Thin"_s, 12, QFont::Bold, true);
     underlined.setUnderline(true);
     const QVector<QPair<int, QVariant>> values = {
         {1, text("日本 \" \\ %1")},
-        {2, QStringList{QStringLiteral("[\"a\",1]"), QString(), QStringLiteral("é\n")}},
-        {3,
-         QVariant::fromValue(StringMap{{INT_MIN, QStringLiteral("a,b")}, {INT_MAX, QStringLiteral("\"")}})},
+        {2, QStringList{"[\"a\",1]"_s, QString(), "é\n"_s}},
+        {3, QVariant::fromValue(StringMap{{INT_MIN, "a,b"_s}, {INT_MAX, "\""_s}})},
         {4, INT_MIN},
         {5, -0.125},
         {6, true},
@@ -210,11 +205,11 @@ void tst_FieldValues::aFontIsReadStrictly_data()
 
     QTest::newRow("all keys of their types") << "{}" << true;
     for (const char *key : {"family", "size", "bold", "style", "underline"}) {
-        QTest::newRow(qPrintable(QLatin1String(key) + QStringLiteral(" is missing")))
-            << QStringLiteral("{'%1': null}").arg(QLatin1String(key)) << false;
+        QTest::newRow(qPrintable(QLatin1String(key) + " is missing"_s))
+            << "{'%1': null}"_s.arg(QLatin1String(key)) << false;
         // The strict check deliberately refuses the booleans that are written.
-        QTest::newRow(qPrintable(QLatin1String(key) + QStringLiteral(" is a boolean")))
-            << QStringLiteral("{'%1': true}").arg(QLatin1String(key)) << false;
+        QTest::newRow(qPrintable(QLatin1String(key) + " is a boolean"_s))
+            << "{'%1': true}"_s.arg(QLatin1String(key)) << false;
     }
     QTest::newRow("the family is a number") << "{'family': 1}" << false;
     QTest::newRow("the size is a text") << "{'size': '10'}" << false;
@@ -226,8 +221,7 @@ void tst_FieldValues::aFontIsReadStrictly()
     QFETCH(QString, patch);
     QFETCH(bool, ok);
     const QJsonObject valid =
-        MetaData::json(
-            QStringLiteral("{'family': 'Roboto', 'size': 12, 'bold': 1, 'style': 'italic', 'underline': 1}"))
+        MetaData::json("{'family': 'Roboto', 'size': 12, 'bold': 1, 'style': 'italic', 'underline': 1}"_s)
             .toObject();
     const QJsonObject json = MetaData::patched(valid, patch);
     bool result = !ok;
@@ -238,9 +232,8 @@ void tst_FieldValues::aFontIsReadStrictly()
         return;
     }
     // Only a boolean that is true makes the font bold; the number that passes the check does not.
-    QCOMPARE(
-        Utils::fieldFontToString(font),
-        QStringLiteral(R"({"bold":false,"family":"Roboto","size":12,"style":"italic","underline":false})"));
+    QCOMPARE(Utils::fieldFontToString(font),
+             R"({"bold":false,"family":"Roboto","size":12,"style":"italic","underline":false})"_s);
     QCOMPARE(font.weight(), 50);
 }
 
@@ -279,7 +272,7 @@ void tst_FieldValues::aFontIsReadLeniently()
         QTEST(font.weight(), "weight");
         QTEST(font.style() == QFont::StyleItalic, "italic");
         QTEST(font.underline(), "underline");
-        if (text.contains(QStringLiteral("12")))
+        if (text.contains("12"_s))
             QCOMPARE(font.pointSize(), 12);
     }
     bool ok = true;
@@ -295,9 +288,8 @@ void tst_FieldValues::aSizeIsReadFromText_data()
     QTest::newRow("zero") << "0x0" << QSizeF(0, 0);
     QTest::newRow("fractions and exponents") << "0.5x1e2" << QSizeF(0.5, 100);
     for (const char *bad :
-         {"", "x", "100", "100x", "x50", "1x2x3", "100X50", "-1x5", "5x-1", "axb", "1,5x2", "nanx5"})
-        QTest::newRow(qPrintable(QStringLiteral("not \"%1\"").arg(QLatin1String(bad))))
-            << bad << QSizeF(-1, -1);
+         {"", "x", "100", "100x", "x50", "1x2x3", "100X50", "-1x5", "5x-1", "axb", "1,5x2", "nanx5", "5xinf"})
+        QTest::newRow(qPrintable("not \"%1\""_s.arg(QLatin1String(bad)))) << bad << QSizeF(-1, -1);
 }
 
 void tst_FieldValues::aSizeIsReadFromText()
@@ -316,9 +308,8 @@ void tst_FieldValues::fontFamilies()
     for (const char *family : {"", "Arial", "Roboto ", "Roboto Bold", "Roboto  Thin"})
         QVERIFY2(!Utils::fontFamilyIsValid(QLatin1String(family)), family);
     const QFont font = Utils::defaultFont();
-    QCOMPARE(
-        Utils::fieldFontToString(font),
-        QStringLiteral(R"({"bold":false,"family":"Roboto","size":10,"style":"normal","underline":false})"));
+    QCOMPARE(Utils::fieldFontToString(font),
+             R"({"bold":false,"family":"Roboto","size":10,"style":"normal","underline":false})"_s);
     QCOMPARE(font.weight(), 50);
     QVERIFY(Utils::fontFamilyIsValid(font.family()));
 }
@@ -342,7 +333,8 @@ void tst_FieldValues::boundsOfIntegers_data()
     QTest::newRow("no number is bounded as zero") << QVariant(10) << text("abc") << QVariant(100) << 10;
     QTest::newRow("no value counts as zero") << QVariant(10) << none << none << 10;
     QTest::newRow("not a number counts as zero") << QVariant(-5) << QVariant(notANumber) << QVariant(5) << 0;
-    QTest::newRow("not a number is bounded as zero") << QVariant(10) << QVariant(notANumber) << QVariant(100) << 10;
+    QTest::newRow("not a number is bounded as zero")
+        << QVariant(10) << QVariant(notANumber) << QVariant(100) << 10;
     QTest::newRow("a huge number takes the maximum")
         << QVariant(0) << QVariant(1e300) << QVariant(100) << 100;
     QTest::newRow("a huge negative one the minimum") << QVariant(0) << QVariant(-1e300) << QVariant(100) << 0;
@@ -355,7 +347,8 @@ void tst_FieldValues::boundsOfIntegers_data()
     QTest::newRow("a huge number as text") << QVariant(0) << text("99999999999") << QVariant(100) << 100;
     QTest::newRow("minimum above maximum") << QVariant(10) << QVariant(5) << QVariant(0) << 0;
     QTest::newRow("bounds that are no numbers are zero") << text("abc") << QVariant(-5) << none << 0;
-    QTest::newRow("a maximum that is not a number is zero") << none << QVariant(5) << QVariant(notANumber) << 0;
+    QTest::newRow("a maximum that is not a number is zero")
+        << none << QVariant(5) << QVariant(notANumber) << 0;
     QTest::newRow("a huge bound saturates") << none << QVariant(5) << QVariant(1e300) << 5;
 }
 
@@ -388,8 +381,10 @@ void tst_FieldValues::boundsOfDoubles_data()
     QTest::newRow("not a number is bounded as zero")
         << QVariant(10) << QVariant(notANumber) << QVariant(100) << 10.0;
     QTest::newRow("not a number as text too") << QVariant(10) << text("nan") << QVariant(100) << 10.0;
-    QTest::newRow("a minimum that is not a number is zero") << QVariant(notANumber) << QVariant(-5) << none << 0.0;
-    QTest::newRow("a maximum that is not a number is zero") << none << QVariant(5) << QVariant(notANumber) << 0.0;
+    QTest::newRow("a minimum that is not a number is zero")
+        << QVariant(notANumber) << QVariant(-5) << none << 0.0;
+    QTest::newRow("a maximum that is not a number is zero")
+        << none << QVariant(5) << QVariant(notANumber) << 0.0;
     QTest::newRow("minimum above maximum") << QVariant(10) << QVariant(5) << QVariant(0) << 0.0;
 }
 
@@ -425,16 +420,14 @@ void tst_FieldValues::aValueIsCheckedBeforeItIsSet()
     QFETCH(int, type);
     QFETCH(QVariant, value);
     QFETCH(QVariant, checked);
-    const QJsonArray fields = {
-        MetaData::field(QStringLiteral("integer"),
-                        QStringLiteral("{'id': 'i', 'minimum': 10, 'maximum': 100}")),
-        MetaData::field(QStringLiteral("double"), QStringLiteral("{'id': 'd', 'minimum': -0.5}")),
-        MetaData::field(QStringLiteral("double"), QStringLiteral("{'id': 'free'}")),
-        MetaData::field(QStringLiteral("string"), QStringLiteral("{'id': 's'}"))};
+    const QJsonArray fields = {MetaData::field("integer"_s, "{'id': 'i', 'minimum': 10, 'maximum': 100}"_s),
+                               MetaData::field("double"_s, "{'id': 'd', 'minimum': -0.5}"_s),
+                               MetaData::field("double"_s, "{'id': 'free'}"_s),
+                               MetaData::field("string"_s, "{'id': 's'}"_s)};
     WidgetMetaInformation widget;
     QList<TranslationStringType> translations;
     QCOMPARE(Utils::infoFromMetaDataParseWidget(MetaData::widget(QString(), fields), widget,
-                                                MetaData::pluginId, QStringLiteral("en-US"), translations),
+                                                MetaData::pluginId, "en-US"_s, translations),
              0);
     COMPARE_VARIANTS(Utils::fieldValueCheckBeforeSet(type, value, id, widget), checked);
     COMPARE_VARIANTS(Utils::fieldValueCheckBeforeSet(type, value, id, WidgetMetaInformation()), value);
@@ -450,10 +443,9 @@ void tst_FieldValues::aValueIsConvertedToTheField_data()
     const auto fails = [](const char *row, int type, const QVariant &value) {
         QTest::newRow(row) << type << value << false << none;
     };
-    const QVariant map = QVariant::fromValue(StringMap{{1, QStringLiteral("a")}});
+    const QVariant map = QVariant::fromValue(StringMap{{1, "a"_s}});
     QTest::newRow("a number to a string") << 1 << QVariant(5) << true << text("5");
-    QTest::newRow("a string to a string list")
-        << 2 << text("a") << true << QVariant(QStringList(QStringLiteral("a")));
+    QTest::newRow("a string to a string list") << 2 << text("a") << true << QVariant(QStringList("a"_s));
     QTest::newRow("a string map stays") << 3 << map << true << map;
     QTest::newRow("text to an integer") << 4 << text("-7") << true << QVariant(-7);
     QTest::newRow("a bool to an integer") << 4 << QVariant(true) << true << QVariant(1);
@@ -475,8 +467,7 @@ void tst_FieldValues::aValueIsConvertedToTheField_data()
     fails("no value is no string map", 3, none);
     for (const int type : {4, 7}) {
         const auto row = [type](const char *what) {
-            return QStringLiteral("%1 is no %2")
-                .arg(QLatin1String(what), type == 4 ? QStringLiteral("integer") : QStringLiteral("option"));
+            return "%1 is no %2"_s.arg(QLatin1String(what), type == 4 ? "integer"_s : "option"_s);
         };
         fails(qPrintable(row("text")), type, text("abc"));
         fails(qPrintable(row("text of a fraction")), type, text("1.5"));
@@ -529,8 +520,8 @@ void tst_FieldValues::additionalInformationIsConvertedToItsOwnType()
 void tst_FieldValues::stringMapsCompareByContent()
 {
     const auto map = [](const QString &text) { return QVariant::fromValue(StringMap{{1, text}}); };
-    QVERIFY(map(QStringLiteral("a")) == map(QStringLiteral("a")));
-    QVERIFY(map(QStringLiteral("a")) != map(QStringLiteral("b")));
+    QVERIFY(map("a"_s) == map("a"_s));
+    QVERIFY(map("a"_s) != map("b"_s));
 }
 
 KORA_TEST_MAIN(tst_FieldValues)

@@ -15,8 +15,8 @@ using namespace KORA::INTERNAL;
 
 namespace {
 
-const auto english = QStringLiteral("en-US");
-const auto italian = QStringLiteral("it-IT");
+const auto english = "en-US"_s;
+const auto italian = "it-IT"_s;
 
 /// Everything in @p info, for comparing.
 QStringList contents(const PluginMetaInformation &info)
@@ -34,11 +34,10 @@ QStringList contents(const PluginMetaInformation &info)
 
 PluginMetaInformation filledInformation()
 {
-    const auto text = [](const QString &text) { return MetaData::text(QStringLiteral("de-DE=") + text); };
+    const auto text = [](const QString &text) { return MetaData::text("de-DE="_s + text); };
     PluginMetaInformation info;
-    info.init(text(QStringLiteral("name")), QStringLiteral("id"), QStringLiteral("author"),
-              VersionType(1, 2, 3), text(QStringLiteral("copyright")), text(QStringLiteral("description")),
-              text(QStringLiteral("license")), QStringLiteral("de-DE"), {italian, english});
+    info.init(text("name"_s), "id"_s, "author"_s, VersionType(1, 2, 3), text("copyright"_s),
+              text("description"_s), text("license"_s), "de-DE"_s, {italian, english});
     return info;
 }
 
@@ -82,29 +81,29 @@ private slots:
 void tst_PluginMetaData::theTextOfEachCode()
 {
     const QStringList texts = {
-        QStringLiteral("no error"),
-        QStringLiteral("Generig error"),
-        QStringLiteral("MetaData attribute not present"),
-        QStringLiteral("MetaData attribute not valid"),
-        QStringLiteral("MetaData/name attribute not present"),
-        QStringLiteral("MetaData/name attribute not valid"),
-        QStringLiteral("MetaData/id attribute not present"),
-        QStringLiteral("MetaData/id attribute not valid"),
-        QStringLiteral("MetaData/author attribute not present"),
-        QStringLiteral("MetaData/author attribute not valid"),
-        QStringLiteral("MetaData/version attribute not present"),
-        QStringLiteral("MetaData/version attribute not valid"),
-        QStringLiteral("MetaData/copyright attribute not valid"),
-        QStringLiteral("MetaData/description attribute not valid"),
-        QStringLiteral("MetaData/license attribute not valid"),
-        QStringLiteral("MetaData/defaultLanguage attribute is not valid"),
-        QStringLiteral("MetaData/translation attribute is not valid"),
-        QStringLiteral("Errore reading translation files"),
+        "no error"_s,
+        "Generig error"_s,
+        "MetaData attribute not present"_s,
+        "MetaData attribute not valid"_s,
+        "MetaData/name attribute not present"_s,
+        "MetaData/name attribute not valid"_s,
+        "MetaData/id attribute not present"_s,
+        "MetaData/id attribute not valid"_s,
+        "MetaData/author attribute not present"_s,
+        "MetaData/author attribute not valid"_s,
+        "MetaData/version attribute not present"_s,
+        "MetaData/version attribute not valid"_s,
+        "MetaData/copyright attribute not valid"_s,
+        "MetaData/description attribute not valid"_s,
+        "MetaData/license attribute not valid"_s,
+        "MetaData/defaultLanguage attribute is not valid"_s,
+        "MetaData/translation attribute is not valid"_s,
+        "Errore reading translation files"_s,
     };
     for (int code = 0; code < texts.size(); ++code)
         QCOMPARE(PluginUtils::errorToString(code), texts[code]);
     for (const int code : {-1, 18, 9999, 10000})
-        QCOMPARE(PluginUtils::errorToString(code), QStringLiteral("error code undefined"));
+        QCOMPARE(PluginUtils::errorToString(code), "error code undefined"_s);
 }
 
 void tst_PluginMetaData::metadataIsRefused_data()
@@ -154,7 +153,7 @@ void tst_PluginMetaData::metadataIsRefused()
     QCOMPARE(contents(info), contents(filledInformation()));
     const QStringList lines = log.takeTexts();
     for (const QString &line : lines)
-        QVERIFY2(line.startsWith(QStringLiteral("critical METADATA ")), qPrintable(line));
+        QVERIFY2(line.startsWith("critical METADATA "_s), qPrintable(line));
     QVERIFY2(lines.join(QLatin1Char('\n')).contains(message), qPrintable(lines.join(QLatin1Char('\n'))));
 }
 
@@ -165,74 +164,59 @@ void tst_PluginMetaData::checksRunInOrder()
     QJsonObject metaData;
     PluginMetaInformation info = filledInformation();
     QCOMPARE(parse(metaData, info), 2);
-    QCOMPARE(parse({{QStringLiteral("MetaData"), QJsonArray()}}, info), 3);
+    QCOMPARE(parse({{"MetaData"_s, QJsonArray()}}, info), 3);
     const QVector<QPair<QString, int>> repairs = {
-        {QStringLiteral(
-             "{'translation': 1, 'defaultLanguage': 1, 'copyright': 1, 'description': 1, 'license': 1}"),
-         6},
-        {QStringLiteral("{'id': 'x'}"), 7},
-        {QStringLiteral("{'id': '%1'}").arg(MetaData::pluginId), 16},
-        {QStringLiteral("{'translation': ['es-ES']}"), 15},
-        {QStringLiteral("{'defaultLanguage': null}"), 17},
-        {QStringLiteral("{'translation': null}"), 4},
-        {QStringLiteral("{'name': 1}"), 5},
-        {QStringLiteral("{'name': 'n'}"), 8},
-        {QStringLiteral("{'author': 1}"), 9},
-        {QStringLiteral("{'author': 'a'}"), 10},
-        {QStringLiteral("{'version': '1'}"), 11},
-        {QStringLiteral("{'version': '1.0.0'}"), 12},
-        {QStringLiteral("{'copyright': 'c'}"), 13},
-        {QStringLiteral("{'description': 'd'}"), 14},
+        {"{'translation': 1, 'defaultLanguage': 1, 'copyright': 1, 'description': 1, 'license': 1}"_s, 6},
+        {"{'id': 'x'}"_s, 7},
+        {"{'id': '%1'}"_s.arg(MetaData::pluginId), 16},
+        {"{'translation': ['es-ES']}"_s, 15},
+        {"{'defaultLanguage': null}"_s, 17},
+        {"{'translation': null}"_s, 4},
+        {"{'name': 1}"_s, 5},
+        {"{'name': 'n'}"_s, 8},
+        {"{'author': 1}"_s, 9},
+        {"{'author': 'a'}"_s, 10},
+        {"{'version': '1'}"_s, 11},
+        {"{'version': '1.0.0'}"_s, 12},
+        {"{'copyright': 'c'}"_s, 13},
+        {"{'description': 'd'}"_s, 14},
     };
     for (const auto &repair : repairs) {
         metaData = MetaData::patched(metaData, repair.first);
-        QCOMPARE(parse({{QStringLiteral("MetaData"), metaData}}, info), repair.second);
+        QCOMPARE(parse({{"MetaData"_s, metaData}}, info), repair.second);
     }
     QCOMPARE(contents(info), contents(filledInformation()));
-    metaData = MetaData::patched(metaData, QStringLiteral("{'license': 'l'}"));
-    QCOMPARE(parse({{QStringLiteral("MetaData"), metaData}}, info), 0);
+    metaData = MetaData::patched(metaData, "{'license': 'l'}"_s);
+    QCOMPARE(parse({{"MetaData"_s, metaData}}, info), 0);
     log.takeLines();
 }
 
 void tst_PluginMetaData::metadataIsRead()
 {
     const QJsonObject json = MetaData::plugin(
-        QStringLiteral("{'name': [' Plant ', 'note'], 'author': ' A ', 'version': '01.2.3', 'copyright': 'c',"
-                       " 'description': ['d', 'note'], 'license': 'l', 'defaultLanguage': ' de-DE ',"
-                       " 'translation': [' pt-PT ', 'en-GB'], 'other': {}}"));
+        "{'name': [' Plant ', 'note'], 'author': ' A ', 'version': '01.2.3', 'copyright': 'c',"
+        " 'description': ['d', 'note'], 'license': 'l', 'defaultLanguage': ' de-DE ',"
+        " 'translation': [' pt-PT ', 'en-GB'], 'other': {}}"_s);
     PluginMetaInformation info;
     QJsonObject metaData;
     QList<TranslationStringType> translations;
     QCOMPARE(PluginUtils::metaInformationFromMetaData(json, info, metaData, translations), 0);
-    const QStringList expected = {QStringLiteral("de-DE= Plant  | note"),
-                                  MetaData::pluginId,
-                                  QStringLiteral(" A "),
-                                  QStringLiteral("1.2.3"),
-                                  QStringLiteral("de-DE=c"),
-                                  QStringLiteral("de-DE=d | note"),
-                                  QStringLiteral("de-DE=l"),
-                                  QStringLiteral("de-DE"),
-                                  QStringLiteral("pt-PT,en-GB")};
+    const QStringList expected = {
+        "de-DE= Plant  | note"_s, MetaData::pluginId, " A "_s,   "1.2.3"_s,      "de-DE=c"_s,
+        "de-DE=d | note"_s,       "de-DE=l"_s,        "de-DE"_s, "pt-PT,en-GB"_s};
     QCOMPARE(contents(info), expected);
-    QCOMPARE(info.name().defaultLanguage, QStringLiteral("de-DE"));
-    QCOMPARE(metaData, json.value(QStringLiteral("MetaData")).toObject());
-    QCOMPARE(MetaData::notation(info.translatableStrings(QStringLiteral("de-DE"))), expected[0]);
+    QCOMPARE(info.name().defaultLanguage, "de-DE"_s);
+    QCOMPARE(metaData, json.value("MetaData"_s).toObject());
+    QCOMPARE(MetaData::notation(info.translatableStrings("de-DE"_s)), expected[0]);
     QCOMPARE(info.translatableStrings(italian), QList<TranslationStringType>());
 }
 
 void tst_PluginMetaData::optionalKeysHaveDefaults()
 {
     PluginMetaInformation info = filledInformation();
-    QCOMPARE(parse(MetaData::plugin(QStringLiteral("{'name': '', 'author': ''}")), info), 0);
-    const QStringList expected = {QStringLiteral("en-US="),
-                                  MetaData::pluginId,
-                                  QString(),
-                                  QStringLiteral("1.2.3"),
-                                  QString(),
-                                  QString(),
-                                  QString(),
-                                  english,
-                                  QString()};
+    QCOMPARE(parse(MetaData::plugin("{'name': '', 'author': ''}"_s), info), 0);
+    const QStringList expected = {"en-US="_s, MetaData::pluginId, QString(), "1.2.3"_s, QString(),
+                                  QString(),  QString(),          english,   QString()};
     QCOMPARE(contents(info), expected);
 }
 
@@ -254,7 +238,7 @@ void tst_PluginMetaData::anIdIsExactlyOneUuid_data()
     QTest::newRow("with a letter past f") << QString(id).replace(0, 1, QLatin1Char('g')) << false;
     QTest::newRow("with a blank before") << QLatin1Char(' ') + id << false;
     for (const char *tail : {"}", "}}", "0", " ", "\n", "garbage", "/..", "/../../x", "}/../x", "%1"})
-        QTest::newRow(qPrintable(QStringLiteral("followed by ") + QLatin1String(tail)))
+        QTest::newRow(qPrintable("followed by "_s + QLatin1String(tail)))
             << id + QLatin1String(tail) << false;
     QTest::newRow("followed by a null character") << id + QChar() << false;
 }
@@ -263,31 +247,30 @@ void tst_PluginMetaData::anIdIsExactlyOneUuid()
 {
     QFETCH(QString, id);
     QFETCH(bool, accepted);
-    QJsonObject metaData = MetaData::plugin().value(QStringLiteral("MetaData")).toObject();
-    metaData.insert(QStringLiteral("id"), id);
+    QJsonObject metaData = MetaData::plugin().value("MetaData"_s).toObject();
+    metaData.insert("id"_s, id);
     LogRecorder log;
     PluginMetaInformation info;
-    QCOMPARE(parse({{QStringLiteral("MetaData"), metaData}}, info), accepted ? 0 : 7);
+    QCOMPARE(parse({{"MetaData"_s, metaData}}, info), accepted ? 0 : 7);
     QCOMPARE(info.id(), accepted ? id : QString());
     const QString lines = log.takeMessages().join(QLatin1Char('\n'));
-    QCOMPARE(lines.contains(QStringLiteral("is invalid. Must be a valid UUIDv4")), !accepted);
+    QCOMPARE(lines.contains("is invalid. Must be a valid UUIDv4"_s), !accepted);
 }
 
 void tst_PluginMetaData::translationFilesAreMerged()
 {
     // French has only a header, Portuguese no file.
-    const QJsonObject json = MetaData::plugin(
-        QStringLiteral("{'name': 'Gauge', 'description': 'Plant', 'license': ['Plant', 'library'],"
-                       " 'translation': ['fr-FR', 'pt-PT', 'it-IT', 'de-DE']}"));
+    const QJsonObject json =
+        MetaData::plugin("{'name': 'Gauge', 'description': 'Plant', 'license': ['Plant', 'library'],"
+                         " 'translation': ['fr-FR', 'pt-PT', 'it-IT', 'de-DE']}"_s);
     PluginMetaInformation info;
     QJsonObject metaData;
     QList<TranslationStringType> translations;
     QCOMPARE(PluginUtils::metaInformationFromMetaData(json, info, metaData, translations), 0);
-    QCOMPARE(MetaData::notation(translations),
-             QStringLiteral("de-DE=Anzeige & en-US=Gauge & it-IT=Indicatore\n"
-                            "en-US=Plant & it-IT=Impianto | library"));
+    QCOMPARE(MetaData::notation(translations), "de-DE=Anzeige & en-US=Gauge & it-IT=Indicatore\n"
+                                               "en-US=Plant & it-IT=Impianto | library"_s);
     QCOMPARE(info.name(), translations[0]);
-    QCOMPARE(MetaData::notation(info.description()), QStringLiteral("en-US=Plant"));
+    QCOMPARE(MetaData::notation(info.description()), "en-US=Plant"_s);
     QCOMPARE(info.license(), translations[1]);
 }
 
@@ -295,15 +278,9 @@ void tst_PluginMetaData::clearingKeepsTheLegalTexts()
 {
     PluginMetaInformation info = filledInformation();
     info.clear();
-    const QStringList expected = {QString(),
-                                  QString(),
-                                  QString(),
-                                  QString(),
-                                  QStringLiteral("de-DE=copyright"),
-                                  QStringLiteral("de-DE=description"),
-                                  QStringLiteral("de-DE=license"),
-                                  english,
-                                  QString()};
+    const QStringList expected = {
+        QString(),         QString(), QString(), QString(), "de-DE=copyright"_s, "de-DE=description"_s,
+        "de-DE=license"_s, english,   QString()};
     QCOMPARE(contents(info), expected);
     QVERIFY(!info.version().isValid());
 }
@@ -339,7 +316,7 @@ void tst_PluginMetaData::aTranslatableTextIsParsed()
     QFETCH(bool, trim);
     QFETCH(bool, notEmpty);
     QFETCH(QString, result);
-    TranslationStringType text = MetaData::text(QStringLiteral("de-DE=before | before"));
+    TranslationStringType text = MetaData::text("de-DE=before | before"_s);
     QCOMPARE(PluginUtils::infoFromMetaDataParseTranslatableString(MetaData::json(json), italian, {}, text,
                                                                   trim, notEmpty),
              !result.isEmpty());
@@ -349,18 +326,18 @@ void tst_PluginMetaData::aTranslatableTextIsParsed()
 
 void tst_PluginMetaData::aTextTakesItsTranslations()
 {
-    const QList<TranslationStringType> translations = MetaData::texts(
-        QStringLiteral("de-DE=a & it-IT=x\nen-US=a & it-IT=y | c\nen-US=a & it-IT=z\nen-US=a"));
+    const QList<TranslationStringType> translations =
+        MetaData::texts("de-DE=a & it-IT=x\nen-US=a & it-IT=y | c\nen-US=a & it-IT=z\nen-US=a"_s);
     const auto parsed = [&](const QString &json) {
         TranslationStringType text;
         PluginUtils::infoFromMetaDataParseTranslatableString(MetaData::json(json), english, translations,
                                                              text, true, false);
         return MetaData::notation(text);
     };
-    QCOMPARE(parsed(QStringLiteral("' a '")), QStringLiteral("en-US=a & it-IT=z"));
-    QCOMPARE(parsed(QStringLiteral("['a', 'c']")), QStringLiteral("en-US=a & it-IT=y | c"));
-    QCOMPARE(parsed(QStringLiteral("['a', 'other']")), QStringLiteral("en-US=a | other"));
-    QCOMPARE(parsed(QStringLiteral("'A'")), QStringLiteral("en-US=A"));
+    QCOMPARE(parsed("' a '"_s), "en-US=a & it-IT=z"_s);
+    QCOMPARE(parsed("['a', 'c']"_s), "en-US=a & it-IT=y | c"_s);
+    QCOMPARE(parsed("['a', 'other']"_s), "en-US=a | other"_s);
+    QCOMPARE(parsed("'A'"_s), "en-US=A"_s);
 }
 
 void tst_PluginMetaData::languageCodes_data()
@@ -370,7 +347,7 @@ void tst_PluginMetaData::languageCodes_data()
     QTest::newRow("language and country") << "en-US" << true;
     for (const char *code : {"", "en", "en-us", "EN-US", "en_US", "en-USA", "e-US", " en-US", "en-US\n",
                              "en-U5", "en-US-x", "éa-US"})
-        QTest::newRow(qPrintable(QStringLiteral("not \"%1\"").arg(QString::fromUtf8(code)))) << code << false;
+        QTest::newRow(qPrintable("not \"%1\""_s.arg(QString::fromUtf8(code)))) << code << false;
 }
 
 void tst_PluginMetaData::languageCodes()
@@ -461,7 +438,7 @@ void tst_PluginMetaData::aTranslationFileIsRefused()
     QVERIFY(file.open());
     file.write("header\n" + lines.toUtf8());
     file.close();
-    const QString before = QStringLiteral("en-US=Gauge & it-IT=Indicatore");
+    const QString before = "en-US=Gauge & it-IT=Indicatore"_s;
     QList<TranslationStringType> texts = MetaData::texts(before);
     QVERIFY(!PluginUtils::importTranslationFile(file.fileName(), texts, english, italian, true));
     QCOMPARE(MetaData::notation(texts), before);
@@ -471,7 +448,7 @@ void tst_PluginMetaData::whatIsNoFileIsRefused()
 {
     QTemporaryDir dir;
     QList<TranslationStringType> texts;
-    for (const QString &path : {dir.filePath(QStringLiteral("missing.csv")), dir.path(), QString()})
+    for (const QString &path : {dir.filePath("missing.csv"_s), dir.path(), QString()})
         QVERIFY(!PluginUtils::importTranslationFile(path, texts, english, italian, true));
 }
 
@@ -496,7 +473,7 @@ void tst_PluginMetaData::importTakesLinearTime()
     const qint64 large = milliseconds(40000);
     QVERIFY(small >= 0 && large >= 0);
     QVERIFY2(large < 40 * qMax(small, qint64(5)),
-             qPrintable(QStringLiteral("%1 ms, %2 ms").arg(QString::number(small), QString::number(large))));
+             qPrintable("%1 ms, %2 ms"_s.arg(QString::number(small), QString::number(large))));
 }
 
 KORA_TEST_MAIN(tst_PluginMetaData)

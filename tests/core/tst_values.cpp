@@ -149,29 +149,29 @@ void tst_Values::aTextIsLookedUpByLanguage()
 
 void tst_Values::textsAreEqualInAllTheirParts()
 {
-    const TranslationStringType a = text(QStringLiteral("en-US=Pressure | comment"));
+    const TranslationStringType a = text("en-US=Pressure | comment"_s);
     TranslationStringType b = a;
     QVERIFY(a == b);
-    b.defaultLanguage = QStringLiteral("de-DE");
+    b.defaultLanguage = "de-DE"_s;
     QVERIFY(a != b);
-    QVERIFY(a != text(QStringLiteral("en-US=Pressure")));
-    QVERIFY(a != text(QStringLiteral("en-US=pressure | comment")));
-    QVERIFY(a != text(QStringLiteral("de-DE=Druck & en-US=Pressure | comment")));
+    QVERIFY(a != text("en-US=Pressure"_s));
+    QVERIFY(a != text("en-US=pressure | comment"_s));
+    QVERIFY(a != text("de-DE=Druck & en-US=Pressure | comment"_s));
 }
 
 void tst_Values::clearingATextKeepsItsDefaultLanguage()
 {
     TranslationStringType value;
-    QCOMPARE(value.defaultLanguage, QStringLiteral("en-US"));
-    value.setComment(QStringLiteral("comment"));
+    QCOMPARE(value.defaultLanguage, "en-US"_s);
+    value.setComment("comment"_s);
     QVERIFY(value.isEmpty());
-    value.set(QStringLiteral("de-DE"), QString());
+    value.set("de-DE"_s, QString());
     QVERIFY(!value.isEmpty());
-    value.defaultLanguage = QStringLiteral("de-DE");
+    value.defaultLanguage = "de-DE"_s;
     value.clear();
     QVERIFY(value.isEmpty());
     QCOMPARE(value.comment(), QString());
-    QCOMPARE(value.defaultLanguage, QStringLiteral("de-DE"));
+    QCOMPARE(value.defaultLanguage, "de-DE"_s);
 }
 
 void tst_Values::aTranslatableTextIsCollectedOnce_data()
@@ -211,13 +211,12 @@ void tst_Values::aTranslatableTextIsCollectedOnce()
     QFETCH(QString, before);
     QFETCH(QString, added);
     QList<TranslationStringType> list = MetaData::texts(before);
-    PluginMetaInformation::addTranslatableStringToList(list, text(added), QStringLiteral("en-US"));
+    PluginMetaInformation::addTranslatableStringToList(list, text(added), "en-US"_s);
     QTEST(MetaData::notation(list), "after");
 
     QList<TranslationStringType> german;
-    PluginMetaInformation::addTranslatableStringToList(german, text(QStringLiteral("de-DE=x")),
-                                                       QStringLiteral("de-DE"));
-    QCOMPARE(german.value(0).defaultLanguage, QStringLiteral("de-DE"));
+    PluginMetaInformation::addTranslatableStringToList(german, text("de-DE=x"_s), "de-DE"_s);
+    QCOMPARE(german.value(0).defaultLanguage, "de-DE"_s);
 }
 
 KORA_TEST_MAIN(tst_Values)
