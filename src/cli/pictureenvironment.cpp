@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "pictureenvironment.h"
 
+#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QLocale>
 #include <QtCore/QSaveFile>
@@ -117,7 +118,7 @@ bool PictureEnvironment::pin(const QString &fontDir, QString &problem)
         problem = QStringLiteral("%1 cannot be written").arg(configuration);
         return false;
     }
-    bool ok = qputenv("FONTCONFIG_FILE", configuration.toUtf8());
+    bool ok = qputenv("FONTCONFIG_FILE", QFile::encodeName(configuration));
     for (const Variable &variable : pictureVariables) {
         ok = setVariable(variable) && ok;
     }
@@ -136,6 +137,8 @@ bool PictureEnvironment::hasRoboto()
 OffscreenApplication::OffscreenApplication()
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Qt complains where no session has set it, as in a container.
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_runtimeDir.path()));
     // Widget style and palette of the desktop have no part in what a panel shows.
     QApplication::setDesktopSettingsAware(false);
     m_application = std::make_unique<QApplication>(m_argumentCount, m_arguments);

@@ -26,7 +26,7 @@ private:
     QTemporaryDir m_dir;
 };
 
-/// A QApplication that needs no display and sees no command line options.
+/// A QApplication that needs neither display nor desktop session and sees no command line options.
 class OffscreenApplication
 {
 public:
@@ -38,5 +38,6 @@ private:
     char m_name[5] = "kora";
     char *m_arguments[2] = {m_name, nullptr};
     int m_argumentCount = 1;
+    QTemporaryDir m_runtimeDir;
     std::unique_ptr<QApplication> m_application;
 };

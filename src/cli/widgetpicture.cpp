@@ -63,7 +63,7 @@ struct LiveWidget
     QPointer<KORA::WidgetActionManager> actionManager;
 };
 
-QString unregisteredProblem(WidgetLibraryPluginPrivate *plugin, const WidgetMetaInformation &info)
+QString unregisteredProblem(const KORA::WidgetLibraryPluginPrivate *plugin, const WidgetMetaInformation &info)
 {
     if (!plugin->widgetRegistry.contains({info.id(), info.version().version()})) {
         return QStringLiteral("the plugin's code does not register this widget in this version");
