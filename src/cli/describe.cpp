@@ -117,11 +117,11 @@ void addDescribeCommand(CLI::App &app, CommandRun &run)
     CLI::App *command =
         app.add_subcommand("describe", "Tell what a plugin's metadata declares: widgets, fields, languages.");
     command->add_option("plugin-folder", options->folder, "Plugin folder, named by the plugin's id")
-        ->required();
-    command->add_option("--format", options->format, "text for people, json for programs")
+        ->required()
+        ->option_text(" ");
+    command->add_option("--format", options->format, "text for people (default), json for programs")
         ->check(CLI::IsMember({"text", "json"}))
-        ->type_name("FORMAT")
-        ->capture_default_str();
+        ->option_text("text|json");
     command->footer(
         "Reads the metadata inside the library file and runs no code of the plugin, so it also reads "
         "libraries\n"

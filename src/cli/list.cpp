@@ -241,11 +241,12 @@ void addListCommand(CLI::App &app, CommandRun &run)
     CLI::App *command =
         app.add_subcommand("list", "Load every plugin folder of a directory and tell what became of each.");
     command->add_option("plugins-dir", options->folder, "Directory that holds the plugin folders")
-        ->required();
+        ->required()
+        ->option_text(" ");
     command
         ->add_option("--disable", options->disabledIds,
                      "Skip the plugin folder of this name; may be given several times")
-        ->type_name("ID")
+        ->option_text("ID")
         ->allow_extra_args(false);
     command->footer(
         "Prints id, status, load time in milliseconds, version, name and author of each folder, then\n"

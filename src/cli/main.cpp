@@ -5,6 +5,10 @@
 #include "output.h"
 #include "pictureenvironment.h"
 
+#include <memory>
+#include <string>
+#include <utility>
+
 namespace {
 
 const char descriptionC[] =
@@ -19,6 +23,23 @@ const char footerC[] =
     "  kora describe plugins/<id> --format json\n"
     "  kora render plugins/<id> --widget gauge --set value=75 --out pictures";
 
+/// Sets the usage apart from the description above it.
+class HelpFormatter : public CLI::Formatter
+{
+public:
+    HelpFormatter() { column_width(26); }
+
+    std::string make_usage(const CLI::App *app, std::string name) const override
+    {
+        return '\n' + CLI::Formatter::make_usage(app, std::move(name));
+    }
+};
+
+std::string failureMessage(const CLI::App *, const CLI::Error &error)
+{
+    return std::string("kora: ") + error.what() + "\nkora --help and kora <subcommand> --help tell more.\n";
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -27,6 +48,8 @@ int main(int argc, char **argv)
     app.footer(footerC);
     app.set_version_flag("--version", "kora " KORA_VERSION);
     app.require_subcommand(1);
+    app.failure_message(failureMessage);
+    app.formatter(std::make_shared<HelpFormatter>());
 
     CommandRun run;
     addListCommand(app, run);

@@ -33,9 +33,8 @@ bool isHarmless(QChar c)
 QString escaped(QChar c)
 {
     const bool isShort = c.unicode() <= 0xff;
-    return QStringLiteral("\\%1%2")
-        .arg(QLatin1Char(isShort ? 'x' : 'u'))
-        .arg(c.unicode(), isShort ? 2 : 4, 16, QLatin1Char('0'));
+    const QString digits = QString::number(c.unicode(), 16).rightJustified(isShort ? 2 : 4, QLatin1Char('0'));
+    return QLatin1String(isShort ? "\\x" : "\\u") + digits;
 }
 
 } // namespace

@@ -128,7 +128,7 @@ bool PictureEnvironment::pin(const QString &fontDir, QString &problem)
     return ok;
 }
 
-bool PictureEnvironment::hasRoboto()
+bool PictureEnvironment::useRoboto()
 {
     QApplication::setFont(pictureFont());
     return QFontDatabase().families().contains(QStringLiteral("Roboto"));

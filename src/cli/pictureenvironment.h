@@ -19,8 +19,8 @@ class PictureEnvironment
 public:
     /// Lets the process use the fonts in @p fontDir and no others. False with the reason in @p problem.
     bool pin(const QString &fontDir, QString &problem);
-    /// To be asked when the application exists: whether Roboto is among the fonts.
-    static bool hasRoboto();
+    /// Makes Roboto the application's font; false if it is not among the fonts. Needs the application.
+    static bool useRoboto();
 
 private:
     QTemporaryDir m_dir;

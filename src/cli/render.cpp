@@ -299,43 +299,55 @@ int runRender(const RenderOptions &options)
         return failure(problem);
     }
     const OffscreenApplication application;
-    if (!PictureEnvironment::hasRoboto()) {
+    if (!PictureEnvironment::useRoboto()) {
         return failure(QStringLiteral("fonts: there is no Roboto in %1").arg(fontDir), {hint});
     }
     return renderPlugin(options);
 }
 
-void addOptions(CLI::App *command, RenderOptions &options)
+void addWidgetOptions(CLI::App *command, RenderOptions &options)
 {
-    command->add_option("plugin-folder", options.folder, "Plugin folder, named by the plugin's id")
-        ->required();
-    command->add_option("--out", options.outDir, "Folder for the pictures; made if missing")
-        ->required()
-        ->type_name("DIR");
     command
         ->add_option("--widget", options.widgets,
-                     "Draw only this widget, in its latest or the given version; may be given several times")
-        ->type_name("ID[@VERSION]")
+                     "Draw only this widget, in its latest or the given version;\nmay be given several times")
+        ->option_text("ID[@VERSION]")
         ->allow_extra_args(false);
     command->add_option("--size", options.size, "Size in pixels instead of each widget's default size")
-        ->type_name("WxH");
+        ->option_text("WxH");
     command
         ->add_option("--set", options.settings,
                      "Set a field, after the default values; may be given several times")
-        ->type_name("FIELD=VALUE")
+        ->option_text("FIELD=VALUE")
         ->allow_extra_args(false);
     command->add_option("--language", options.language, "Language of multi-language texts, such as it-IT")
-        ->type_name("CODE");
+        ->option_text("CODE");
+}
+
+void addPictureOptions(CLI::App *command, RenderOptions &options)
+{
     command
         ->add_option("--mode", options.mode,
-                     "studio: as in the design tool, with sample content and the icons of project widgets;\n"
-                     "runtime: as on a panel")
+                     "studio: as the design tool shows the widgets, with sample content if\n"
+                     "they have any and the icons of project widgets (default);\n"
+                     "runtime: as a panel shows them")
         ->check(CLI::IsMember({"studio", "runtime"}))
-        ->type_name("MODE")
-        ->capture_default_str();
-    command->add_option("--font-dir", options.fontDir, "Folder with the Roboto fonts, the only ones used")
-        ->type_name("DIR")
-        ->capture_default_str();
+        ->option_text("studio|runtime");
+    command
+        ->add_option("--font-dir", options.fontDir,
+                     "Folder with the Roboto fonts, the only ones used; default:\n" KORA_FONT_DIR)
+        ->option_text("DIR");
+    command->add_option("--out", options.outDir, "Folder for the pictures, required; made if missing")
+        ->required()
+        ->option_text("DIR");
+}
+
+void addOptions(CLI::App *command, RenderOptions &options)
+{
+    command->add_option("plugin-folder", options.folder, "Plugin folder, named by the plugin's id")
+        ->required()
+        ->option_text(" ");
+    addWidgetOptions(command, options);
+    addPictureOptions(command, options);
 }
 
 const char footerC[] = "Writes <widget>-<version>.png for each widget and prints the file's name. Needs no "
