@@ -126,6 +126,7 @@ void addDescribeCommand(CLI::App &app, CommandRun &run)
         "Reads the metadata inside the library file and runs no code of the plugin, so it also reads "
         "libraries\n"
         "for other processors. Translation files are read when a plugin is loaded: texts are shown in the\n"
-        "plugin's own language, further languages as they are declared.");
+        "plugin's own language, further languages as they are declared. The text form shortens long default\n"
+        "values; the JSON form has everything.");
     command->callback([options, &run] { run = [options] { return runDescribe(*options); }; });
 }

@@ -67,6 +67,24 @@ QString optionText(const FieldMetaInformation &field, int index)
     return QString::number(index);
 }
 
+QString listText(const QStringList &texts)
+{
+    QStringList words;
+    for (const QString &text : texts) {
+        words.append(quoted(text));
+    }
+    return words.join(QLatin1String(", "));
+}
+
+QString mapText(const QMap<int, QString> &texts)
+{
+    QStringList words;
+    for (auto text = texts.cbegin(); text != texts.cend(); ++text) {
+        words.append(QStringLiteral("%1=%2").arg(QString::number(text.key()), quoted(text.value())));
+    }
+    return words.join(QLatin1String(", "));
+}
+
 QString defaultText(const FieldMetaInformation &field)
 {
     const QVariant value = field.defaultValue();
@@ -77,6 +95,10 @@ QString defaultText(const FieldMetaInformation &field)
     case FieldTypeString:
     case FieldTypeImage:
         return quoted(value.toString());
+    case FieldTypeStringList:
+        return listText(value.toStringList());
+    case FieldTypeStringMap:
+        return mapText(value.value<QMap<int, QString>>());
     case FieldTypeOption:
         return optionText(field, value.toInt());
     case FieldTypeFont:
@@ -84,6 +106,13 @@ QString defaultText(const FieldMetaInformation &field)
     default:
         return Utils::fieldValueToString(field.type(), value);
     }
+}
+
+// Keeps one long text from pushing the other columns out of sight.
+QString shortened(const QString &text)
+{
+    const int longest = 44;
+    return text.size() <= longest ? text : text.left(longest - 3) + QLatin1String("...");
 }
 
 // "0 .. 100", "from 0", "to 100", or an option field's options.
@@ -174,7 +203,7 @@ QString notesText(const FieldMetaInformation &field)
     if (field.isMultiLanguage()) {
         notes.append(QStringLiteral("multi-language"));
     }
-    if (field.defaultFontSpecified()) {
+    if (field.defaultFontSpecified() && field.type() != FieldTypeFont) {
         notes.append(fontText(field.defaultFont()));
     }
     if (!field.requirements().isEmpty()) {
@@ -193,7 +222,7 @@ QString fieldTable(const WidgetMetaInformation &widget)
                      QStringLiteral("VALUES"), QStringLiteral("TAGS"), QStringLiteral("LABEL"),
                      QStringLiteral("GROUP"), QStringLiteral("NOTES")});
     for (const FieldMetaInformation &field : fields) {
-        table.addRow({field.id(), Model::fieldTypeToString(field.type()), defaultText(field),
+        table.addRow({field.id(), Model::fieldTypeToString(field.type()), shortened(defaultText(field)),
                       valuesText(field), tagText(field), textOf(field.display()), textOf(field.group()),
                       notesText(field)});
     }
