@@ -389,6 +389,9 @@ void TestGestureRecognizers::swipeMapping_data()
         << same << QTransform().rotate(90) << 315.0 << "Right Down" << 45.0 << "Right Up";
     QTest::newRow("view and item turned by 90 each")
         << QTransform().rotate(90) << QTransform().rotate(90) << 45.0 << "Right Up" << 135.0 << "Left Up";
+    QTest::newRow("view turned by 90, item mirrored")
+        << QTransform().rotate(90) << QTransform::fromScale(-1, 1) << 45.0 << "Right Up" << 135.0
+        << "Left Up";
     QTest::newRow("item turned by 45: along its own axis")
         << same << QTransform().rotate(45) << 315.0 << "Right Down" << 0.0 << "Right NoDirection";
     QTest::newRow("view turned by -45, item mirrored")
