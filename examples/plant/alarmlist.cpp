@@ -18,8 +18,9 @@ constexpr int BlinkMs = 600;
 QColor backgroundOf(const KORA::AlarmInfo &alarm)
 {
     const QColor color = alarm.currentBackgroundColor();
-    if (color.isValid())
+    if (color.isValid()) {
         return color;
+    }
     return alarm.severity() >= KORA::AlarmInfo::SeverityHigh ? Palette::Alarm : Palette::Warning;
 }
 
@@ -45,15 +46,17 @@ void AlarmList::initEvent(KORA::InitEvent *)
     const bool isInEditor = widgetActionManager()->isInsideProjectEditor();
     const QVector<KORA::AlarmInfo> alarms = isInEditor ? exampleAlarms() : widgetActionManager()->getAlarms();
     m_alarms.clear();
-    for (const KORA::AlarmInfo &alarm : alarms)
+    for (const KORA::AlarmInfo &alarm : alarms) {
         putAlarm(alarm);
+    }
     publish();
 }
 
 void AlarmList::fieldIsChangedEvent(KORA::FieldIsChangedEvent *event)
 {
-    if (event->fieldId() == QLatin1String("order"))
+    if (event->fieldId() == QLatin1String("order")) {
         publish();
+    }
 }
 
 void AlarmList::alarmStatusIsChangedEvent(KORA::AlarmStatusIsChangedEvent *event)
@@ -64,8 +67,9 @@ void AlarmList::alarmStatusIsChangedEvent(KORA::AlarmStatusIsChangedEvent *event
 
 void AlarmList::acknowledge(const KORA::AlarmInfo &alarm)
 {
-    if (alarm.acknowledgeEnabled() && needsAcknowledgement(alarm))
+    if (alarm.acknowledgeEnabled() && needsAcknowledgement(alarm)) {
         widgetActionManager()->acknowAlarm(alarm.name());
+    }
 }
 
 bool AlarmList::needsAcknowledgement(const KORA::AlarmInfo &alarm)
@@ -78,16 +82,18 @@ void AlarmList::putAlarm(const KORA::AlarmInfo &alarm)
 {
     const auto hasName = [&alarm](const KORA::AlarmInfo &other) { return other.name() == alarm.name(); };
     m_alarms.erase(std::remove_if(m_alarms.begin(), m_alarms.end(), hasName), m_alarms.end());
-    if (needsAttention(alarm))
+    if (needsAttention(alarm)) {
         m_alarms.append(alarm);
+    }
 }
 
 void AlarmList::publish()
 {
     const bool bySeverity = getFieldValue(QStringLiteral("order")).toInt() == MostSevereFirst;
     const auto isBefore = [bySeverity](const KORA::AlarmInfo &a, const KORA::AlarmInfo &b) {
-        if (bySeverity && a.severity() != b.severity())
+        if (bySeverity && a.severity() != b.severity()) {
             return a.severity() > b.severity();
+        }
         return a.timestamp() > b.timestamp();
     };
     std::stable_sort(m_alarms.begin(), m_alarms.end(), isBefore);
@@ -98,13 +104,14 @@ void AlarmList::publish()
 AlarmListItem::AlarmListItem(const KORA::GraphicsObjectData &data)
     : PlantItem(data, DesignSize)
 {
-    setOption(OptionTouchToMouse);
+    setOption(OptionTouchToMouse, true);
 }
 
 void AlarmListItem::initEvent(KORA::InitEvent *)
 {
-    if (!widgetActionManager()->isInsideProjectEditor())
+    if (!isInEditor()) {
         m_blinkTimer.start(BlinkMs, this);
+    }
 }
 
 void AlarmListItem::deinitEvent(KORA::DeinitEvent *)
@@ -126,8 +133,9 @@ void AlarmListItem::timerEvent(QTimerEvent *)
     const bool anyBlinks =
         alarmList() && std::any_of(alarmList()->alarms().begin(), alarmList()->alarms().end(), blinks);
     const bool wasOff = std::exchange(m_isBlinkedOff, anyBlinks && !m_isBlinkedOff);
-    if (wasOff != m_isBlinkedOff)
+    if (wasOff != m_isBlinkedOff) {
         update();
+    }
 }
 
 AlarmList *AlarmListItem::alarmList() const
@@ -137,16 +145,18 @@ AlarmList *AlarmListItem::alarmList() const
 
 void AlarmListItem::mousePressEvent(QGraphicsSceneMouseEvent *event)
 {
-    m_pressedRow = rowAt(event->pos());
-    if (m_pressedRow < 0)
+    m_pressedRow = isInEditor() ? -1 : rowAt(event->pos());
+    if (m_pressedRow < 0) {
         event->ignore();
+    }
 }
 
 void AlarmListItem::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
 {
     const int row = std::exchange(m_pressedRow, -1);
-    if (row >= 0 && row == rowAt(event->pos()))
+    if (row >= 0 && row == rowAt(event->pos())) {
         alarmList()->acknowledge(alarmList()->alarms().at(row));
+    }
 }
 
 AlarmListItem::Layout AlarmListItem::layout(const QRectF &area) const
@@ -168,8 +178,9 @@ AlarmListItem::Layout AlarmListItem::layout(const QRectF &area) const
 
 int AlarmListItem::rowAt(const QPointF &position) const
 {
-    if (isCompact())
+    if (isCompact()) {
         return -1;
+    }
     const Layout parts = layout(contentArea());
     const qreal row = (position.y() - parts.rows.top()) / parts.rowHeight;
     return row >= 0 && row < parts.rowCount ? static_cast<int>(row) : -1;
@@ -186,8 +197,9 @@ QVector<QRectF> AlarmListItem::columns(const QRectF &row) const
 
 void AlarmListItem::draw(QPainter &painter, const QRectF &area)
 {
-    if (!alarmList())
+    if (!alarmList()) {
         return;
+    }
     const QVector<KORA::AlarmInfo> &alarms = alarmList()->alarms();
     if (alarms.isEmpty()) {
         drawText(painter, area, Qt::AlignCenter, text(QStringLiteral("emptyText")),
@@ -228,9 +240,10 @@ void AlarmListItem::drawHeader(QPainter &painter, const QRectF &area) const
 {
     const QStringList titles = textList(QStringLiteral("columns"));
     const QVector<QRectF> cells = columns(area);
-    for (int i = 0; i < qMin(titles.size(), cells.size()); ++i)
+    for (int i = 0; i < qMin(titles.size(), cells.size()); ++i) {
         drawText(painter, cells.at(i), Qt::AlignLeft | Qt::AlignVCenter, titles.at(i),
                  textFont(QStringLiteral("columns")), Palette::FaintText);
+    }
 }
 
 void AlarmListItem::drawRow(QPainter &painter, const QRectF &area, const KORA::AlarmInfo &alarm) const
@@ -249,9 +262,10 @@ void AlarmListItem::drawRow(QPainter &painter, const QRectF &area, const KORA::A
                             alarm.description().isEmpty() ? alarm.name() : alarm.description(),
                             mappedText(QStringLiteral("stateTexts"), alarm.state())};
     const QVector<QRectF> cells = columns(area.adjusted(0, 0, 0, -gap));
-    for (int i = 0; i < cells.size(); ++i)
+    for (int i = 0; i < cells.size(); ++i) {
         drawText(painter, cells.at(i), Qt::AlignLeft | Qt::AlignVCenter, texts.at(i), rowFont,
                  isOff ? QColor(Palette::Text) : foregroundOf(alarm));
+    }
 }
 
 } // namespace Plant

@@ -2,7 +2,8 @@
 #include "bandgauge.h"
 
 #include <QtGui/QPainter>
-#include <QtGui/QPainterPath>
+
+#include <limits>
 
 namespace Plant {
 
@@ -27,8 +28,9 @@ void BandGauge::initEvent(KORA::InitEvent *)
 
 void BandGauge::fieldIsChangedEvent(KORA::FieldIsChangedEvent *event)
 {
-    if (event->fieldId() == QLatin1String("value"))
+    if (event->fieldId() == QLatin1String("value")) {
         raisePeak(event->value());
+    }
 }
 
 void BandGauge::raisePeak(const QVariant &value)
@@ -37,8 +39,9 @@ void BandGauge::raisePeak(const QVariant &value)
     bool isNumber = false;
     const double number = value.toDouble(&isNumber);
     const QVariant last = getFieldValue(peak);
-    if (isNumber && (!last.isValid() || number > last.toDouble()))
+    if (isNumber && (!last.isValid() || number > last.toDouble())) {
         setFieldValue(peak, number);
+    }
 }
 
 BandGaugeItem::BandGaugeItem(const KORA::GraphicsObjectData &data)
@@ -48,21 +51,19 @@ BandGaugeItem::BandGaugeItem(const KORA::GraphicsObjectData &data)
 void BandGaugeItem::draw(QPainter &painter, const QRectF &area)
 {
     const Dial dial(area);
-    const std::optional<double> reading = value();
-    if (!reading) {
-        QPainterPath face;
-        face.addEllipse(dial.box(0, 2 * BandEdge, 2 * BandEdge));
-        drawHatching(painter, face, scale());
-    } else {
+    drawTicks(painter, dial);
+    if (const std::optional<double> reading = value()) {
         drawBands(painter, dial);
-        drawTicks(painter, dial);
         drawPeak(painter, dial);
         drawNeedle(painter, dial, *reading);
+    } else {
+        drawHatching(painter, dial.ring(BandEdge, 2 * BandThickness), scale());
     }
     const QRectF readingBox = isCompact() ? dial.box(0.66, 1.3, 0.6) : dial.box(0.52, 0.9, 0.3);
     drawReading(painter, readingBox, font(QStringLiteral("valueFont")), Qt::AlignCenter);
-    if (!isCompact())
+    if (!isCompact()) {
         drawLabel(painter, dial.box(0.84, 1.0, 0.22), Qt::AlignCenter);
+    }
 }
 
 Status BandGaugeItem::status(double value) const
@@ -70,16 +71,18 @@ Status BandGaugeItem::status(double value) const
     Status worst = Status::Normal;
     const QVector<Band> all = bands();
     for (const Band &band : all) {
-        if (value >= band.from && value <= band.to)
+        if (value >= band.from && value <= band.to) {
             worst = qMax(worst, band.status);
+        }
     }
     return worst;
 }
 
 QVector<BandGaugeItem::Band> BandGaugeItem::bands() const
 {
-    if (!flag(QStringLiteral("bands")))
+    if (!flag(QStringLiteral("bands"))) {
         return {};
+    }
     const double lowAlarm = number(QStringLiteral("lowAlarm"));
     const double lowWarning = number(QStringLiteral("lowWarning"));
     const double highWarning = number(QStringLiteral("highWarning"));
@@ -112,8 +115,9 @@ void BandGaugeItem::drawBands(QPainter &painter, const Dial &dial) const
 
 void BandGaugeItem::drawTicks(QPainter &painter, const Dial &dial) const
 {
-    if (dial.radius() < SmallestRadiusWithTicks)
+    if (dial.radius() < SmallestRadiusWithTicks) {
         return;
+    }
     const int divisions = qMax(1, integer(QStringLiteral("divisions")));
     const double minimum = number(QStringLiteral("minimum"));
     const double step = (number(QStringLiteral("maximum")) - minimum) / divisions;
@@ -122,11 +126,12 @@ void BandGaugeItem::drawTicks(QPainter &painter, const Dial &dial) const
         const qreal at = static_cast<qreal>(i) / divisions;
         painter.setPen(QPen(Palette::Line, qMax(1.0, dial.radius() * 0.016)));
         painter.drawLine(dial.point(at, BandEdge - BandThickness), dial.point(at, 0.74));
-        if (dial.radius() < SmallestRadiusWithNumbers)
+        if (dial.radius() < SmallestRadiusWithNumbers) {
             continue;
+        }
         QRectF box(0, 0, dial.radius() * 0.34, dial.radius() * 0.16);
         box.moveCenter(dial.point(at, 0.6));
-        drawText(painter, box, Qt::AlignCenter, QLocale().toString(minimum + i * step, 'g', 4), numberFont,
+        drawText(painter, box, Qt::AlignCenter, scaleText(minimum + i * step), numberFont,
                  Palette::FaintText);
     }
 }
@@ -134,8 +139,10 @@ void BandGaugeItem::drawTicks(QPainter &painter, const Dial &dial) const
 void BandGaugeItem::drawPeak(QPainter &painter, const Dial &dial) const
 {
     const QVariant peak = getFieldValue(QStringLiteral("peak"));
-    if (peak.isValid() && flag(QStringLiteral("showPeak")))
-        dial.drawMark(painter, fraction(peak.toDouble()), BandEdge, Palette::Text);
+    if (peak.isValid() && flag(QStringLiteral("showPeak"))) {
+        dial.drawMark(painter, fraction(peak.toDouble()), BandEdge - BandThickness, BandEdge + 0.05,
+                      Palette::Text);
+    }
 }
 
 void BandGaugeItem::drawNeedle(QPainter &painter, const Dial &dial, double value) const
@@ -145,8 +152,8 @@ void BandGaugeItem::drawNeedle(QPainter &painter, const Dial &dial, double value
     const qreal halfWidth = 0.045;
     painter.setPen(Qt::NoPen);
     painter.setBrush(color(QStringLiteral("color")));
-    painter.drawPolygon(QPolygonF{dial.point(at, 0.84), dial.point(at + quarter, halfWidth),
-                                  dial.point(at, -0.14), dial.point(at - quarter, halfWidth)});
+    painter.drawPolygon(QVector<QPointF>{dial.point(at, 0.84), dial.point(at + quarter, halfWidth),
+                                         dial.point(at, -0.14), dial.point(at - quarter, halfWidth)});
     painter.setBrush(Palette::Text);
     painter.drawEllipse(dial.box(0, 0.16, 0.16));
 }

@@ -51,14 +51,26 @@ void Dial::drawArc(QPainter &painter, qreal from, qreal to, qreal share, qreal t
                     qRound((angleOf(to) - angleOf(from)) * QPainterDegree));
 }
 
-void Dial::drawMark(QPainter &painter, qreal fraction, qreal share, const QColor &color) const
+void Dial::drawMark(QPainter &painter, qreal fraction, qreal from, qreal to, const QColor &color) const
 {
-    constexpr qreal HalfWidth = 0.018;
-    constexpr qreal Height = 0.1;
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
-    painter.drawPolygon(QPolygonF{point(fraction, share), point(fraction - HalfWidth, share + Height),
-                                  point(fraction + HalfWidth, share + Height)});
+    constexpr qreal Width = 0.04;
+    painter.setPen(QPen(color, qMax(1.0, Width * m_radius), Qt::SolidLine, Qt::FlatCap));
+    painter.drawLine(point(fraction, from), point(fraction, to));
+}
+
+QPainterPath Dial::ring(qreal share, qreal thickness) const
+{
+    const qreal outer = share * m_radius;
+    const qreal inner = outer - thickness * m_radius;
+    const auto circle = [this](qreal radius) {
+        return QRectF(m_center.x() - radius, m_center.y() - radius, 2 * radius, 2 * radius);
+    };
+    QPainterPath path;
+    path.arcMoveTo(circle(outer), StartAngle);
+    path.arcTo(circle(outer), StartAngle, -Span);
+    path.arcTo(circle(inner), StartAngle - Span, Span);
+    path.closeSubpath();
+    return path;
 }
 
 } // namespace Plant

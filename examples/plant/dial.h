@@ -3,6 +3,7 @@
 
 #include <QtCore/QPointF>
 #include <QtCore/QRectF>
+#include <QtGui/QPainterPath>
 
 class QColor;
 class QPainter;
@@ -27,8 +28,10 @@ public:
     /// A piece of ring; @p share is the outer edge and @p thickness the width, in shares of the radius.
     void drawArc(QPainter &painter, qreal from, qreal to, qreal share, qreal thickness,
                  const QColor &color) const;
-    /// A small triangle outside the scale that points at it.
-    void drawMark(QPainter &painter, qreal fraction, qreal share, const QColor &color) const;
+    /// A short line across the scale, between two shares of the radius.
+    void drawMark(QPainter &painter, qreal fraction, qreal from, qreal to, const QColor &color) const;
+    /// The outline of the whole scale.
+    QPainterPath ring(qreal share, qreal thickness) const;
 
 private:
     QPointF m_center;

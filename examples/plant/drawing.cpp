@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "drawing.h"
 
+#include <QtCore/QLocale>
 #include <QtGui/QFontMetricsF>
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
@@ -51,24 +52,28 @@ QFont pixelFont(qreal pixels, bool bold)
     return font;
 }
 
-QFont fittedFont(const QFont &font, const QString &text, const QSizeF &space)
+QFont fittedFont(const QFont &font, const QString &text, const QSizeF &space, qreal smallest)
 {
     const QFontMetricsF metrics(font);
     const qreal width = qMax(1.0, metrics.horizontalAdvance(text));
     const qreal factor = qMin(space.width() / width, space.height() / metrics.height());
-    if (factor >= 1.0)
+    if (factor >= 1.0) {
         return font;
+    }
     QFont smaller(font);
-    smaller.setPixelSize(qMax(MinimumFontPixels, static_cast<int>(font.pixelSize() * factor)));
+    const qreal pixels = font.pixelSize() * qMax(factor, smallest);
+    smaller.setPixelSize(qMax(MinimumFontPixels, static_cast<int>(pixels)));
     return smaller;
 }
 
 void drawText(QPainter &painter, const QRectF &area, Qt::Alignment alignment, const QString &text,
               const QFont &font, const QColor &color)
 {
-    if (text.isEmpty() || area.height() < MinimumFontPixels || area.width() < MinimumFontPixels)
+    if (text.isEmpty() || area.height() < MinimumFontPixels) {
         return;
-    const QFont fitted = fittedFont(font, text, area.size());
+    }
+    constexpr qreal Smallest = 0.7; // beyond that the line looks out of place beside its neighbours
+    const QFont fitted = fittedFont(font, text, area.size(), Smallest);
     const QString line = QFontMetricsF(fitted).elidedText(text, Qt::ElideRight, area.width() + 0.5);
     painter.setFont(fitted);
     painter.setPen(color);
@@ -92,8 +97,9 @@ void drawHatching(QPainter &painter, const QPainterPath &shape, qreal scale)
     painter.setPen(QPen(Palette::Border, qMax(1.0, 1.5 * scale)));
     const QRectF area = shape.boundingRect();
     const qreal step = qMax(5.0, 9 * scale);
-    for (qreal x = area.left() - area.height(); x < area.right(); x += step)
+    for (qreal x = area.left() - area.height(); x < area.right(); x += step) {
         painter.drawLine(QPointF(x, area.bottom()), QPointF(x + area.height(), area.top()));
+    }
     painter.restore();
 }
 
@@ -121,10 +127,26 @@ QString noValueText()
     return QStringLiteral("\u2014");
 }
 
+QString numberText(double number, int decimals)
+{
+    QLocale locale;
+    locale.setNumberOptions(QLocale::OmitGroupSeparator);
+    return locale.toString(number, 'f', decimals);
+}
+
+QString scaleText(double number)
+{
+    constexpr int Digits = 4;
+    QLocale locale;
+    locale.setNumberOptions(QLocale::OmitGroupSeparator);
+    return locale.toString(number, 'g', Digits);
+}
+
 qreal fractionOf(double value, double minimum, double maximum)
 {
-    if (!(maximum > minimum))
+    if (!(maximum > minimum)) {
         return 0;
+    }
     return qBound(0.0, (value - minimum) / (maximum - minimum), 1.0);
 }
 

@@ -39,9 +39,10 @@ QColor mixed(const QColor &ground, const QColor &color, qreal strength);
 
 /// Roboto of a height in pixels.
 QFont pixelFont(qreal pixels, bool bold = false);
-/// The font, made smaller until the text fits; no smaller than what can be read.
-QFont fittedFont(const QFont &font, const QString &text, const QSizeF &space);
-/// Draws one line of text inside @p area: shrunk to fit, elided when shrinking is not enough, left out when
+/// The font, made smaller until the text fits; no smaller than what can be read, nor than @p smallest times its
+/// size.
+QFont fittedFont(const QFont &font, const QString &text, const QSizeF &space, qreal smallest = 0);
+/// Draws one line of text inside @p area: shrunk a little to fit, elided when that is not enough, left out when
 /// there is no room for a readable line.
 void drawText(QPainter &painter, const QRectF &area, Qt::Alignment alignment, const QString &text,
               const QFont &font, const QColor &color);
@@ -56,6 +57,10 @@ void drawEmptyPanel(QPainter &painter, const QRectF &area, const QString &reason
 
 /// What stands for a number that is not known.
 QString noValueText();
+/// A number in the form of the panel's language, without group separators.
+QString numberText(double number, int decimals);
+/// A number at a scale, in as few digits as it needs.
+QString scaleText(double number);
 
 /// Where @p value stands between the two ends, 0 to 1; 0 when the ends are not in order.
 qreal fractionOf(double value, double minimum, double maximum);

@@ -18,8 +18,9 @@ KORA::AlarmInfo exampleAlarm(const QString &name, const QString &description, KO
     data.timestamp = QDateTime(QDate(2024, 3, 4), time);
     data.acknowledgeEnabled = true;
     // An acknowledged alarm stays visible and steps back.
-    if (state == KORA::AlarmInfo::StateTriggeredAcknowledged)
+    if (state == KORA::AlarmInfo::StateTriggeredAcknowledged) {
         data.backgroundColors.insert(state, Palette::Track);
+    }
     return KORA::AlarmInfo(data);
 }
 

@@ -38,9 +38,7 @@ void GaugeItem::drawScale(QPainter &painter, const Dial &dial) const
 {
     const std::optional<double> reading = value();
     if (!reading) {
-        QPainterPath ring;
-        ring.addEllipse(dial.box(0, 2 * ArcEdge, 2 * ArcEdge));
-        drawHatching(painter, ring, scale());
+        drawHatching(painter, dial.ring(ArcEdge, ArcThickness), scale());
         return;
     }
     dial.drawArc(painter, 0, 1, ArcEdge, ArcThickness, Palette::Track);
@@ -50,26 +48,29 @@ void GaugeItem::drawScale(QPainter &painter, const Dial &dial) const
 
 void GaugeItem::drawLimits(QPainter &painter, const Dial &dial) const
 {
-    if (!flag(QStringLiteral("limits")))
+    if (!flag(QStringLiteral("limits"))) {
         return;
-    for (const QString &limit : {QStringLiteral("lowLimit"), QStringLiteral("highLimit")})
-        dial.drawMark(painter, fraction(number(limit)), ArcEdge + 0.03, Palette::Line);
+    }
+    for (const QString &limit : {QStringLiteral("lowLimit"), QStringLiteral("highLimit")}) {
+        dial.drawMark(painter, fraction(number(limit)), ArcEdge + 0.02, ArcEdge + 0.11, Palette::Line);
+    }
 }
 
 void GaugeItem::drawTexts(QPainter &painter, const Dial &dial) const
 {
     drawReading(painter, dial.box(0, isCompact() ? 1.3 : 1.2, 0.55), font(QStringLiteral("valueFont")),
                 Qt::AlignCenter);
-    if (isCompact())
+    if (isCompact()) {
         return;
+    }
     drawLabel(painter, dial.box(0.86, 1.0, 0.24), Qt::AlignCenter);
 
     const QFont endFont = pixelFont(dial.radius() * 0.13);
     QRectF ends = dial.box(0.72, 1.5, 0.16);
     drawText(painter, takeLeft(ends, dial.radius() * 0.3), Qt::AlignLeft | Qt::AlignVCenter,
-             numberText(number(QStringLiteral("minimum"))), endFont, Palette::FaintText);
+             scaleText(number(QStringLiteral("minimum"))), endFont, Palette::FaintText);
     drawText(painter, takeRight(ends, dial.radius() * 0.3), Qt::AlignRight | Qt::AlignVCenter,
-             numberText(number(QStringLiteral("maximum"))), endFont, Palette::FaintText);
+             scaleText(number(QStringLiteral("maximum"))), endFont, Palette::FaintText);
 }
 
 } // namespace Plant

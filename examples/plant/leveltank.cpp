@@ -9,6 +9,7 @@ namespace {
 
 constexpr QSizeF DesignSize(150, 220);
 constexpr int ScaleDivisions = 4;
+constexpr qreal WidestVessel = 0.9; // as a share of its height
 
 } // namespace
 
@@ -29,9 +30,12 @@ void LevelTankItem::draw(QPainter &painter, const QRectF &area)
     } else {
         drawLabel(painter, takeTop(vesselArea, labelHeight()), Qt::AlignCenter);
         readingArea = takeBottom(vesselArea, area.height() * 0.16);
-        if (flag(QStringLiteral("showScale")))
-            drawScale(painter, takeRight(vesselArea, qMin(area.width() * 0.25, vesselArea.height() * 0.2)));
         vesselArea.adjust(0, 3 * scale(), 0, -3 * scale());
+        const qreal surplus = qMax(0.0, vesselArea.width() - vesselArea.height() * WidestVessel);
+        vesselArea.adjust(surplus / 2, 0, -surplus / 2, 0);
+        if (flag(QStringLiteral("showScale"))) {
+            drawScale(painter, takeRight(vesselArea, vesselArea.width() * 0.25));
+        }
     }
     drawVessel(painter, vesselArea);
     drawReading(painter, readingArea, font(QStringLiteral("valueFont")), Qt::AlignCenter);
@@ -67,11 +71,11 @@ QPainterPath LevelTankItem::vessel(const QRectF &area) const
         path.addRoundedRect(area, area.width() / 2, cap);
         break;
     case ConeShape:
-        path.addPolygon(QPolygonF{area.topLeft(), area.topRight(),
-                                  QPointF(area.right(), area.bottom() - 2 * cap),
-                                  QPointF(area.center().x() + cap / 3, area.bottom()),
-                                  QPointF(area.center().x() - cap / 3, area.bottom()),
-                                  QPointF(area.left(), area.bottom() - 2 * cap)});
+        path.addPolygon(QVector<QPointF>{area.topLeft(), area.topRight(),
+                                         QPointF(area.right(), area.bottom() - 2 * cap),
+                                         QPointF(area.center().x() + cap / 3, area.bottom()),
+                                         QPointF(area.center().x() - cap / 3, area.bottom()),
+                                         QPointF(area.left(), area.bottom() - 2 * cap)});
         path.closeSubpath();
         break;
     default:
@@ -99,20 +103,23 @@ void LevelTankItem::drawScale(QPainter &painter, const QRectF &strip) const
         // The outermost numbers stay inside the strip.
         const qreal top = qBound(strip.top(), y - lineHeight / 2, strip.bottom() - lineHeight);
         drawText(painter, QRectF(strip.left() + strip.width() * 0.32, top, strip.width() * 0.68, lineHeight),
-                 Qt::AlignLeft | Qt::AlignVCenter, QLocale().toString(mark, 'g', 4), font,
-                 Palette::FaintText);
+                 Qt::AlignLeft | Qt::AlignVCenter, scaleText(mark), font, Palette::FaintText);
     }
 }
 
 void LevelTankItem::drawLimits(QPainter &painter, const QRectF &area) const
 {
-    if (!flag(QStringLiteral("limits")))
+    if (!flag(QStringLiteral("limits"))) {
         return;
+    }
+    painter.save();
+    painter.setClipPath(vessel(area), Qt::IntersectClip);
     painter.setPen(QPen(Palette::Text, qMax(1.0, scale()), Qt::DashLine));
     for (const QString &limit : {QStringLiteral("lowLimit"), QStringLiteral("highLimit")}) {
         const qreal y = levelY(area, number(limit));
         painter.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));
     }
+    painter.restore();
 }
 
 } // namespace Plant

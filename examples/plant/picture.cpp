@@ -3,6 +3,7 @@
 
 #include "drawing.h"
 
+#include <QtCore/QtMath>
 #include <QtGui/QImageReader>
 #include <QtGui/QPainter>
 
@@ -25,16 +26,53 @@ PictureItem::PictureItem(const KORA::GraphicsObjectData &data)
 void PictureItem::fieldIsChangedEvent(KORA::FieldIsChangedEvent *event)
 {
     m_pixmap = QPixmap();
-    PlantItem::fieldIsChangedEvent(event);
+    TouchItem::fieldIsChangedEvent(event);
+}
+
+void PictureItem::panned(const QPointF &delta)
+{
+    setView(m_view * QTransform::fromTranslate(delta.x(), delta.y()));
+}
+
+void PictureItem::zoomed(qreal factor, const QPointF &center)
+{
+    QTransform zoom = QTransform::fromTranslate(center.x(), center.y());
+    zoom.scale(factor, factor).translate(-center.x(), -center.y());
+    setView(m_view * zoom);
+}
+
+void PictureItem::turned(qreal angle, const QPointF &center)
+{
+    QTransform turn = QTransform::fromTranslate(center.x(), center.y());
+    turn.rotate(angle).translate(-center.x(), -center.y());
+    setView(m_view * turn);
+}
+
+void PictureItem::mouseDoubleClickEvent(QGraphicsSceneMouseEvent *)
+{
+    setView(QTransform());
+}
+
+void PictureItem::setView(const QTransform &view)
+{
+    constexpr qreal SmallestZoom = 0.5;
+    constexpr qreal LargestZoom = 8;
+    const qreal zoom = qSqrt(qAbs(view.determinant()));
+    if (!flag(QStringLiteral("interactive")) || !(zoom >= SmallestZoom && zoom <= LargestZoom)) {
+        return;
+    }
+    m_view = view;
+    update();
 }
 
 void PictureItem::draw(QPainter &painter, const QRectF &area)
 {
     QRectF imageArea = area;
     const QString caption = text(QStringLiteral("caption"));
-    if (!isCompact() && !caption.isEmpty())
+    if (!isCompact() && !caption.isEmpty()) {
         drawText(painter, takeBottom(imageArea, area.height() * 0.12), Qt::AlignHCenter | Qt::AlignBottom,
                  caption, textFont(QStringLiteral("caption")), Palette::FaintText);
+    }
 
     const QPixmap &image = pixmap(imageArea.size().toSize());
     if (image.isNull()) {
@@ -46,6 +84,7 @@ void PictureItem::draw(QPainter &painter, const QRectF &area)
     painter.save();
     painter.setClipRect(imageArea, Qt::IntersectClip);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.setTransform(m_view, true);
     painter.setOpacity(painter.opacity() * number(QStringLiteral("opacity")));
     painter.drawPixmap(target, image, QRectF(image.rect()));
     painter.restore();
@@ -67,8 +106,9 @@ QSizeF PictureItem::imageSize(const QSizeF &original, const QSizeF &space) const
 const QPixmap &PictureItem::pixmap(const QSize &space)
 {
     const QString reference = text(QStringLiteral("image"));
-    if (reference.isEmpty())
+    if (reference.isEmpty()) {
         return m_pixmap;
+    }
     QImageReader reader(reference);
     const QSize wanted = imageSize(reader.size(), space).toSize();
     if (m_pixmap.size() != wanted && !wanted.isEmpty()) {

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "plantitem.h"
 #include "plantwidget.h"
+#include "touchitem.h"
 
 #include <QtGui/QPixmap>
+#include <QtGui/QTransform>
 
 namespace Plant {
 
@@ -17,7 +18,8 @@ public:
     Q_INVOKABLE explicit Picture(const KORA::WidgetData &data);
 };
 
-class PictureItem : public PlantItem
+/// Two fingers zoom, turn and move the image, the mouse wheel zooms, a double click puts it back.
+class PictureItem : public TouchItem
 {
     Q_OBJECT
 
@@ -31,12 +33,19 @@ public:
 
 protected:
     void draw(QPainter &painter, const QRectF &area) override;
+    void panned(const QPointF &delta) override;
+    void zoomed(qreal factor, const QPointF &center) override;
+    void turned(qreal angle, const QPointF &center) override;
+    void mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event) override;
 
 private:
     QSizeF imageSize(const QSizeF &original, const QSizeF &space) const;
     const QPixmap &pixmap(const QSize &space);
 
+    void setView(const QTransform &view);
+
     QPixmap m_pixmap;
+    QTransform m_view; // of the image inside the item, as the fingers left it
 };
 
 } // namespace Plant

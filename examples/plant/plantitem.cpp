@@ -12,6 +12,7 @@ namespace {
 constexpr qreal CompactSide = 72;
 constexpr qreal PixelsPerPoint = 96.0 / 72.0;
 constexpr qreal DefaultPoints = 10;
+constexpr qreal ReadablePixels = 11;
 
 } // namespace
 
@@ -22,8 +23,9 @@ PlantItem::PlantItem(const KORA::GraphicsObjectData &data, const QSizeF &designS
 
 void PlantItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
 {
-    if (size().isEmpty())
+    if (size().isEmpty()) {
         return;
+    }
     painter->setRenderHint(QPainter::Antialiasing);
     drawPanel(*painter, boundingRect(), scale());
     draw(*painter, contentArea());
@@ -37,6 +39,11 @@ void PlantItem::resizeEvent(KORA::ResizeEvent *)
 void PlantItem::fieldIsChangedEvent(KORA::FieldIsChangedEvent *)
 {
     update();
+}
+
+bool PlantItem::isInEditor() const
+{
+    return widgetActionManager()->isInsideProjectEditor();
 }
 
 qreal PlantItem::scale() const
@@ -96,7 +103,7 @@ QFont PlantItem::font(const QString &field) const
     const QVariant value = getFieldValue(field);
     QFont font = value.isValid() ? value.value<QFont>() : pixelFont(DefaultPoints * PixelsPerPoint);
     const qreal pixels = font.pointSizeF() > 0 ? font.pointSizeF() * PixelsPerPoint : font.pixelSize();
-    font.setPixelSize(pixelFont(pixels * scale()).pixelSize());
+    font.setPixelSize(qRound(qMax(ReadablePixels, pixels * scale())));
     return font;
 }
 

@@ -23,6 +23,8 @@ protected:
     /// Draws the item on its panel; @p area is the panel without its margin. Antialiasing is on.
     virtual void draw(QPainter &painter, const QRectF &area) = 0;
 
+    /// Whether the item stands in the design tool, where the mouse and the fingers belong to the tool.
+    bool isInEditor() const;
     /// How much larger or smaller the item is than its design; lines and fonts grow with it.
     qreal scale() const;
     /// Whether there is room for the value only.

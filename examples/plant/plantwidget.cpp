@@ -18,8 +18,9 @@ QIcon PlantWidget::icon()
 void PlantWidget::updateItems()
 {
     const QList<KORA::GraphicsObject *> items = graphicsObjectsList();
-    for (KORA::GraphicsObject *item : items)
+    for (KORA::GraphicsObject *item : items) {
         item->update();
+    }
 }
 
 } // namespace Plant

@@ -59,10 +59,11 @@ void PumpItem::drawSymbol(QPainter &painter, const QRectF &area) const
     QPainterPath circle;
     circle.addEllipse(body);
     const std::optional<int> current = state();
-    if (current)
+    if (current) {
         painter.fillPath(circle, bodyColor(*current));
-    else
+    } else {
         drawHatching(painter, circle, scale());
+    }
 
     painter.save();
     painter.translate(body.center());
@@ -75,7 +76,7 @@ void PumpItem::drawSymbol(QPainter &painter, const QRectF &area) const
     // The triangle that points to the discharge side, its corners on the circle.
     painter.setBrush(current && *current == Running ? QColor(Qt::white) : QColor(Qt::transparent));
     painter.drawPolygon(
-        QPolygonF{QPointF(r, 0), QPointF(-0.5 * r, -0.866 * r), QPointF(-0.5 * r, 0.866 * r)});
+        QVector<QPointF>{QPointF(r, 0), QPointF(-0.5 * r, -0.866 * r), QPointF(-0.5 * r, 0.866 * r)});
     painter.restore();
     drawBadge(painter, body);
 }
@@ -84,8 +85,9 @@ void PumpItem::drawSymbol(QPainter &painter, const QRectF &area) const
 void PumpItem::drawBadge(QPainter &painter, const QRectF &symbol) const
 {
     const std::optional<int> current = state();
-    if (!current || (*current != Fault && *current != Maintenance))
+    if (!current || (*current != Fault && *current != Maintenance)) {
         return;
+    }
     QRectF badge(0, 0, symbol.width() * 0.36, symbol.height() * 0.36);
     badge.moveTopRight(symbol.topRight());
     const QColor ground = *current == Fault ? QColor(Qt::white) : Palette::Warning;

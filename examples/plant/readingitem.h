@@ -20,8 +20,7 @@ protected:
     /// The live value; nothing while the tag has none or has no number.
     std::optional<double> value() const;
     virtual Status status(double value) const;
-    /// A number as the operator reads it, with the decimals of the field.
-    QString numberText(double number) const;
+    /// The live value with the decimals of the field, or what stands for none.
     QString valueText() const;
 
     /// The value and a smaller unit behind it; on a filled ground when a limit is passed.

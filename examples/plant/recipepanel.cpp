@@ -31,8 +31,9 @@ int RecipePanel::page() const
 void RecipePanel::turn(int pages)
 {
     const int next = qBound(0, page() + pages, qMax(0, pageCount() - 1));
-    if (next != page())
+    if (next != page()) {
         setFieldValue(QStringLiteral("page"), next);
+    }
 }
 
 RecipePanelItem::RecipePanelItem(const KORA::GraphicsObjectData &data)

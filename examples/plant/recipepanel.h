@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "plantitem.h"
 #include "plantwidget.h"
+#include "touchitem.h"
 
 namespace Plant {
 
@@ -21,7 +21,8 @@ public:
     void turn(int pages);
 };
 
-class RecipePanelItem : public PlantItem
+/// A swipe to the left turns to the next page, one to the right to the page before.
+class RecipePanelItem : public TouchItem
 {
     Q_OBJECT
 
@@ -30,6 +31,7 @@ public:
 
 protected:
     void draw(QPainter &painter, const QRectF &area) override;
+    void swiped(KORA::SwipeGesture::SwipeDirection direction) override;
 
 private:
     RecipePanel *panel() const;

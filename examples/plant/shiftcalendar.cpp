@@ -30,8 +30,9 @@ void ShiftCalendar::deinitEvent(KORA::DeinitEvent *)
 void ShiftCalendar::fieldIsChangedEvent(KORA::FieldIsChangedEvent *event)
 {
     // Its own writes come back as events too.
-    if (!event->fieldId().startsWith(QLatin1String("shift")))
+    if (!event->fieldId().startsWith(QLatin1String("shift"))) {
         publish();
+    }
 }
 
 void ShiftCalendar::timerEvent(QTimerEvent *)
@@ -49,11 +50,13 @@ void ShiftCalendar::publish()
 {
     const int shift = shiftAt(QTime::currentTime(), getFieldValue(QStringLiteral("firstStart")).toInt(),
                               getFieldValue(QStringLiteral("hours")).toInt());
-    if (getFieldValue(QStringLiteral("shift")) != QVariant(shift))
+    if (getFieldValue(QStringLiteral("shift")) != QVariant(shift)) {
         setFieldValue(QStringLiteral("shift"), shift);
+    }
     const QString name = getFieldValue(QStringLiteral("names")).toStringList().value(shift);
-    if (getFieldValue(QStringLiteral("shiftName")) != QVariant(name))
+    if (getFieldValue(QStringLiteral("shiftName")) != QVariant(name)) {
         setFieldValue(QStringLiteral("shiftName"), name);
+    }
 }
 
 } // namespace Plant

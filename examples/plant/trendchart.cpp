@@ -3,7 +3,6 @@
 
 #include "drawing.h"
 
-#include <QtCore/QLocale>
 #include <QtCore/QTimerEvent>
 #include <QtCore/QtMath>
 #include <QtGui/QFontMetricsF>
@@ -27,10 +26,11 @@ TrendChart::TrendChart(const KORA::WidgetData &data)
 
 void TrendChart::initEvent(KORA::InitEvent *)
 {
-    refresh();
+    resetWindow();
     const int seconds = getFieldValue(QStringLiteral("refreshSeconds")).toInt();
-    if (seconds > 0 && !widgetActionManager()->isInsideProjectEditor())
+    if (seconds > 0 && !widgetActionManager()->isInsideProjectEditor()) {
         m_timer.start(seconds * 1000, this);
+    }
 }
 
 void TrendChart::deinitEvent(KORA::DeinitEvent *)
@@ -38,44 +38,51 @@ void TrendChart::deinitEvent(KORA::DeinitEvent *)
     m_timer.stop();
 }
 
-void TrendChart::fieldIsChangedEvent(KORA::FieldIsChangedEvent *)
+void TrendChart::fieldIsChangedEvent(KORA::FieldIsChangedEvent *event)
 {
-    refresh();
+    if (event->fieldId() == QLatin1String("spanMinutes")) {
+        resetWindow();
+    } else {
+        refresh();
+    }
 }
 
 void TrendChart::timerEvent(QTimerEvent *event)
 {
-    if (event->timerId() == m_timer.timerId())
+    if (event->timerId() == m_timer.timerId()) {
         refresh();
+    }
 }
 
 void TrendChart::pan(qreal share)
 {
-    m_window.pan(share);
+    m_window.pan(share, now());
     refresh();
 }
 
 void TrendChart::zoom(qreal factor, qreal anchor)
 {
-    m_window.zoom(factor, anchor);
+    m_window.zoom(factor, anchor, now());
     refresh();
 }
 
 void TrendChart::resetWindow()
 {
-    m_window.reset();
+    m_window.reset(getFieldValue(QStringLiteral("spanMinutes")).toInt() * 60000LL, now());
     refresh();
+}
+
+QDateTime TrendChart::now() const
+{
+    // The editor shows the same picture every time.
+    return widgetActionManager()->isInsideProjectEditor() ? QDateTime(QDate(2024, 3, 4), QTime(12, 0))
+                                                          : QDateTime::currentDateTime();
 }
 
 void TrendChart::refresh()
 {
-    const bool isInEditor = widgetActionManager()->isInsideProjectEditor();
-    const qint64 spanMs = getFieldValue(QStringLiteral("spanMinutes")).toInt() * 60000LL;
-    // The editor shows the same picture every time.
-    const QDateTime now =
-        isInEditor ? QDateTime(QDate(2024, 3, 4), QTime(12, 0)) : QDateTime::currentDateTime();
-    m_window.follow(now, spanMs);
-    m_samples = isInEditor ? exampleSamples() : samplesFromHost();
+    m_window.follow(now());
+    m_samples = widgetActionManager()->isInsideProjectEditor() ? exampleSamples() : samplesFromHost();
     updateItems();
 }
 
@@ -92,8 +99,9 @@ QVector<TrendSample> TrendChart::samplesFromHost() const
         const QVariantMap sample = entry.toMap();
         bool isNumber = false;
         const double value = sample.value(QStringLiteral("value")).toDouble(&isNumber);
-        if (isNumber && qIsFinite(value))
+        if (isNumber && qIsFinite(value)) {
             samples.append({sample.value(QStringLiteral("time")).toDateTime(), value});
+        }
     }
     return samples;
 }
@@ -116,36 +124,72 @@ QVector<TrendSample> TrendChart::exampleSamples() const
 }
 
 TrendChartItem::TrendChartItem(const KORA::GraphicsObjectData &data)
-    : PlantItem(data, DesignSize)
-{}
-
-const TrendChart *TrendChartItem::chart() const
+    : TouchItem(data, DesignSize)
 {
-    return qobject_cast<const TrendChart *>(widget());
+    grabGesture(pan1TouchGestureType());
+    grabGesture(pinchGestureType());
+}
+
+TrendChart *TrendChartItem::chart() const
+{
+    return qobject_cast<TrendChart *>(widget());
+}
+
+void TrendChartItem::panned(const QPointF &delta)
+{
+    // The curve follows the finger, so the window goes the other way.
+    if (chart()) {
+        chart()->pan(-delta.x() / plotArea(contentArea()).width());
+    }
+}
+
+void TrendChartItem::zoomed(qreal factor, const QPointF &center)
+{
+    const QRectF plot = plotArea(contentArea());
+    if (chart()) {
+        chart()->zoom(factor, qBound(0.0, (center.x() - plot.left()) / plot.width(), 1.0));
+    }
+}
+
+void TrendChartItem::mouseDoubleClickEvent(QGraphicsSceneMouseEvent *)
+{
+    if (chart()) {
+        chart()->resetWindow();
+    }
+}
+
+qreal TrendChartItem::axisHeight() const
+{
+    return QFontMetricsF(font(QStringLiteral("axisFont"))).height() * 1.3;
+}
+
+QRectF TrendChartItem::plotArea(const QRectF &area) const
+{
+    if (isCompact()) {
+        return area;
+    }
+    const qreal headerHeight = QFontMetricsF(textFont(QStringLiteral("label"))).height() * 1.3;
+    return area.adjusted(area.width() * 0.1, headerHeight + axisHeight() / 3, -axisHeight() / 2,
+                         -axisHeight());
 }
 
 void TrendChartItem::draw(QPainter &painter, const QRectF &area)
 {
-    QRectF plot = area;
-    const qreal labelHeight = QFontMetricsF(textFont(QStringLiteral("label"))).height();
-    if (!isCompact())
-        drawHeader(painter, takeTop(plot, labelHeight * 1.3));
+    const QRectF plot = plotArea(area);
+    QRectF body = area;
+    if (!isCompact()) {
+        drawHeader(painter, takeTop(body, plot.top() - area.top()));
+    }
     if (!chart() || chart()->samples().isEmpty()) {
-        drawEmptyPanel(painter, plot, text(QStringLiteral("emptyText")),
+        drawEmptyPanel(painter, body, text(QStringLiteral("emptyText")),
                        textFont(QStringLiteral("emptyText")), scale());
         return;
     }
-
     const Range range = valueRange();
     if (!isCompact()) {
-        const qreal axisHeight = QFontMetricsF(font(QStringLiteral("axisFont"))).height() * 1.3;
-        QRectF valueStrip = takeLeft(plot, plot.width() * 0.1);
-        takeBottom(valueStrip, axisHeight);
-        const QRectF timeStrip = takeBottom(plot, axisHeight);
-        plot.adjust(0, axisHeight / 3, -axisHeight / 2, 0);
-        valueStrip.setTop(plot.top());
-        drawValueAxis(painter, valueStrip, range);
-        drawTimeAxis(painter, QRectF(plot.left(), timeStrip.top(), plot.width(), timeStrip.height()));
+        drawValueAxis(painter, QRectF(area.left(), plot.top(), plot.left() - area.left(), plot.height()),
+                      range);
+        drawTimeAxis(painter, QRectF(plot.left(), plot.bottom(), plot.width(), axisHeight()));
         drawGrid(painter, plot);
     }
     drawCurve(painter, plot, range);
@@ -154,8 +198,9 @@ void TrendChartItem::draw(QPainter &painter, const QRectF &area)
 TrendChartItem::Range TrendChartItem::valueRange() const
 {
     const Range fixed{number(QStringLiteral("minimum")), number(QStringLiteral("maximum"))};
-    if (!flag(QStringLiteral("autoScale")) && fixed.minimum < fixed.maximum)
+    if (!flag(QStringLiteral("autoScale")) && fixed.minimum < fixed.maximum) {
         return fixed;
+    }
 
     const QVector<TrendSample> &samples = chart()->samples();
     const auto isLess = [](const TrendSample &a, const TrendSample &b) { return a.value < b.value; };
@@ -172,8 +217,8 @@ void TrendChartItem::drawHeader(QPainter &painter, const QRectF &area) const
     QRectF titleArea = area;
     const QFont titleFont = textFont(QStringLiteral("label"));
     if (chart() && !chart()->samples().isEmpty()) {
-        const QString last = QStringLiteral("%1 %2").arg(
-            QLocale().toString(chart()->samples().last().value, 'g', 4), text(QStringLiteral("unit")));
+        const QString last = QStringLiteral("%1 %2").arg(scaleText(chart()->samples().last().value),
+                                                         text(QStringLiteral("unit")));
         drawText(painter, takeRight(titleArea, area.width() * 0.35), Qt::AlignRight | Qt::AlignTop,
                  last.trimmed(), titleFont, Palette::Text);
     }
@@ -189,8 +234,7 @@ void TrendChartItem::drawValueAxis(QPainter &painter, const QRectF &strip, const
         const double value = range.minimum + (range.maximum - range.minimum) * i / ValueDivisions;
         const qreal y = strip.bottom() - strip.height() * i / ValueDivisions;
         drawText(painter, QRectF(strip.left(), y - height / 2, strip.width() - height * 0.3, height),
-                 Qt::AlignRight | Qt::AlignVCenter, QLocale().toString(value, 'g', 3), axisFont,
-                 Palette::FaintText);
+                 Qt::AlignRight | Qt::AlignVCenter, scaleText(value), axisFont, Palette::FaintText);
     }
 }
 
@@ -221,8 +265,9 @@ void TrendChartItem::drawGrid(QPainter &painter, const QRectF &plot) const
     painter.setPen(Qt::NoPen);
     painter.setBrush(Qt::white);
     painter.drawRect(plot);
-    if (!flag(QStringLiteral("showGrid")))
+    if (!flag(QStringLiteral("showGrid"))) {
         return;
+    }
     painter.setPen(QPen(Palette::Track, qMax(1.0, scale())));
     for (int i = 0; i <= ValueDivisions; ++i) {
         const qreal y = plot.top() + plot.height() * i / ValueDivisions;

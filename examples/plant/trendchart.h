@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "plantitem.h"
 #include "plantwidget.h"
 #include "timewindow.h"
+#include "touchitem.h"
 
 #include <QtCore/QBasicTimer>
 #include <QtCore/QVector>
@@ -33,9 +33,8 @@ public:
     const QVector<TrendSample> &samples() const { return m_samples; }
     const TimeWindow &window() const { return m_window; }
 
-    /// Moves the window by a share of its span; back towards the past is negative.
+    /// As those of TimeWindow.
     void pan(qreal share);
-    /// Shows more (below 1) or less (above 1) time; the moment at @p anchor, a share of the span, stays in place.
     void zoom(qreal factor, qreal anchor);
     /// Follows the present again, over the span of the field.
     void resetWindow();
@@ -44,6 +43,7 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
+    QDateTime now() const;
     void refresh();
     QVector<TrendSample> samplesFromHost() const;
     QVector<TrendSample> exampleSamples() const;
@@ -53,7 +53,8 @@ private:
     QBasicTimer m_timer;
 };
 
-class TrendChartItem : public PlantItem
+/// One finger or the mouse moves through time, two fingers or the wheel zoom, a double click goes back to now.
+class TrendChartItem : public TouchItem
 {
     Q_OBJECT
 
@@ -62,6 +63,9 @@ public:
 
 protected:
     void draw(QPainter &painter, const QRectF &area) override;
+    void panned(const QPointF &delta) override;
+    void zoomed(qreal factor, const QPointF &center) override;
+    void mouseDoubleClickEvent(QGraphicsSceneMouseEvent *event) override;
 
 private:
     struct Range
@@ -70,7 +74,10 @@ private:
         double maximum;
     };
 
-    const TrendChart *chart() const;
+    TrendChart *chart() const;
+    /// The panel without header and axes.
+    QRectF plotArea(const QRectF &area) const;
+    qreal axisHeight() const;
     Range valueRange() const;
     void drawHeader(QPainter &painter, const QRectF &area) const;
     void drawValueAxis(QPainter &painter, const QRectF &strip, const Range &range) const;

@@ -14,8 +14,9 @@ void UnitSystem::initEvent(KORA::InitEvent *)
 
 void UnitSystem::fieldIsChangedEvent(KORA::FieldIsChangedEvent *event)
 {
-    if (event->fieldId() == QLatin1String("system"))
+    if (event->fieldId() == QLatin1String("system")) {
         publish();
+    }
 }
 
 void UnitSystem::publish()
@@ -23,7 +24,7 @@ void UnitSystem::publish()
     const bool isUs = getFieldValue(QStringLiteral("system")).toInt() == UsCustomary;
     setFieldValue(QStringLiteral("temperatureUnit"), isUs ? QStringLiteral("°F") : QStringLiteral("°C"));
     setFieldValue(QStringLiteral("pressureUnit"), isUs ? QStringLiteral("psi") : QStringLiteral("bar"));
-    setFieldValue(QStringLiteral("volumeUnit"), isUs ? QStringLiteral("gal") : QStringLiteral("l"));
+    setFieldValue(QStringLiteral("volumeUnit"), isUs ? QStringLiteral("gal") : QStringLiteral("L"));
 }
 
 } // namespace Plant

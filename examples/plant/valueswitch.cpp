@@ -3,6 +3,7 @@
 
 #include "drawing.h"
 
+#include <QtGui/QFontMetricsF>
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
 #include <QtWidgets/QGraphicsSceneMouseEvent>
@@ -38,21 +39,24 @@ bool ValueSwitch::canBeOperated() const
 
 void ValueSwitch::press()
 {
-    if (mode() == PushButtonMode)
+    if (mode() == PushButtonMode) {
         write(true);
+    }
 }
 
 void ValueSwitch::release()
 {
-    if (mode() == PushButtonMode)
+    if (mode() == PushButtonMode) {
         write(false);
+    }
 }
 
 void ValueSwitch::click()
 {
     const std::optional<bool> current = value();
-    if (mode() == SwitchMode && current)
+    if (mode() == SwitchMode && current) {
         write(!*current);
+    }
 }
 
 void ValueSwitch::write(bool value)
@@ -63,7 +67,7 @@ void ValueSwitch::write(bool value)
 ValueSwitchItem::ValueSwitchItem(const KORA::GraphicsObjectData &data)
     : PlantItem(data, DesignSize)
 {
-    setOption(OptionTouchToMouse);
+    setOption(OptionTouchToMouse, true);
 }
 
 void ValueSwitchItem::deinitEvent(KORA::DeinitEvent *)
@@ -91,44 +95,51 @@ void ValueSwitchItem::mouseReleaseEvent(QGraphicsSceneMouseEvent *event)
 {
     const bool isClick = m_isPressed && boundingRect().contains(event->pos());
     letGo();
-    if (isClick && valueSwitch())
+    if (isClick && valueSwitch()) {
         valueSwitch()->click();
+    }
 }
 
 bool ValueSwitchItem::sceneEvent(QEvent *event)
 {
     const bool isHandled = PlantItem::sceneEvent(event);
     // A button must not stay on when the page changes or a window opens under the operator's finger.
-    if (event->type() == QEvent::UngrabMouse)
+    if (event->type() == QEvent::UngrabMouse) {
         letGo();
+    }
     return isHandled;
 }
 
 void ValueSwitchItem::letGo()
 {
-    if (!m_isPressed)
+    if (!m_isPressed) {
         return;
+    }
     m_isPressed = false;
-    if (valueSwitch())
+    if (valueSwitch()) {
         valueSwitch()->release();
+    }
     update();
 }
 
 void ValueSwitchItem::draw(QPainter &painter, const QRectF &area)
 {
     const ValueSwitch *const owner = valueSwitch();
-    if (!owner)
+    if (!owner) {
         return;
+    }
     if (!owner->value()) {
         drawEmptyPanel(painter, area, noValueText(), textFont(QStringLiteral("onText")), scale());
         return;
     }
-    if (!getFieldValue(QStringLiteral("enabled")).toBool())
+    if (!getFieldValue(QStringLiteral("enabled")).toBool()) {
         painter.setOpacity(painter.opacity() * 0.45);
-    if (owner->mode() == ValueSwitch::PushButtonMode)
+    }
+    if (owner->mode() == ValueSwitch::PushButtonMode) {
         drawButton(painter, area);
-    else
+    } else {
         drawSwitch(painter, area);
+    }
 }
 
 QString ValueSwitchItem::stateText() const
@@ -140,8 +151,12 @@ QString ValueSwitchItem::stateText() const
 void ValueSwitchItem::drawSwitch(QPainter &painter, const QRectF &area) const
 {
     const bool isOn = valueSwitch()->value().value_or(false);
-    QRectF textArea = area;
     const qreal height = qMin(area.height() * 0.62, area.width() * 0.28);
+    const QFont textFont = this->textFont(QStringLiteral("onText"));
+    const qreal textWidth = QFontMetricsF(textFont).horizontalAdvance(stateText()) + 1;
+    QRectF textArea(area);
+    textArea.setWidth(qMin(area.width(), height * 2.1 + textWidth));
+    textArea.moveCenter(area.center());
     QRectF track = takeLeft(textArea, height * 1.8);
     track = QRectF(track.left(), track.center().y() - height / 2, track.width(), height);
 
@@ -151,14 +166,15 @@ void ValueSwitchItem::drawSwitch(QPainter &painter, const QRectF &area) const
     const qreal gap = height * 0.1;
     QRectF knob(0, 0, height - 2 * gap, height - 2 * gap);
     knob.moveCenter(track.center());
-    if (isOn)
+    if (isOn) {
         knob.moveRight(track.right() - gap);
-    else
+    } else {
         knob.moveLeft(track.left() + gap);
+    }
     painter.setBrush(m_isPressed ? Palette::Track : QColor(Qt::white));
     painter.drawEllipse(knob);
     drawText(painter, textArea.adjusted(height * 0.3, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, stateText(),
-             textFont(QStringLiteral("onText")), Palette::Text);
+             textFont, Palette::Text);
 }
 
 void ValueSwitchItem::drawButton(QPainter &painter, const QRectF &area) const
