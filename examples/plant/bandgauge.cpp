@@ -51,15 +51,16 @@ BandGaugeItem::BandGaugeItem(const KORA::GraphicsObjectData &data)
 void BandGaugeItem::draw(QPainter &painter, const QRectF &area)
 {
     const Dial dial(area);
-    drawTicks(painter, dial);
     if (const std::optional<double> reading = value()) {
         drawBands(painter, dial);
+        drawTicks(painter, dial);
         drawPeak(painter, dial);
         drawNeedle(painter, dial, *reading);
     } else {
         drawHatching(painter, dial.ring(BandEdge, 2 * BandThickness), scale());
+        drawTicks(painter, dial);
     }
-    const QRectF readingBox = isCompact() ? dial.box(0.66, 1.3, 0.6) : dial.box(0.52, 0.9, 0.3);
+    const QRectF readingBox = isCompact() ? dial.box(0.6, 1.6, 0.8) : dial.box(0.52, 0.9, 0.3);
     drawReading(painter, readingBox, font(QStringLiteral("valueFont")), Qt::AlignCenter);
     if (!isCompact()) {
         drawLabel(painter, dial.box(0.84, 1.0, 0.22), Qt::AlignCenter);

@@ -72,7 +72,7 @@ void drawText(QPainter &painter, const QRectF &area, Qt::Alignment alignment, co
     if (text.isEmpty() || area.height() < MinimumFontPixels) {
         return;
     }
-    constexpr qreal Smallest = 0.7; // beyond that the line looks out of place beside its neighbours
+    constexpr qreal Smallest = 0.8; // beyond that the line looks out of place beside its neighbours
     const QFont fitted = fittedFont(font, text, area.size(), Smallest);
     const QString line = QFontMetricsF(fitted).elidedText(text, Qt::ElideRight, area.width() + 0.5);
     painter.setFont(fitted);

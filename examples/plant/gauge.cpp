@@ -58,8 +58,8 @@ void GaugeItem::drawLimits(QPainter &painter, const Dial &dial) const
 
 void GaugeItem::drawTexts(QPainter &painter, const Dial &dial) const
 {
-    drawReading(painter, dial.box(0, isCompact() ? 1.3 : 1.2, 0.55), font(QStringLiteral("valueFont")),
-                Qt::AlignCenter);
+    drawReading(painter, isCompact() ? dial.box(0, 1.25, 0.64) : dial.box(0, 1.2, 0.55),
+                font(QStringLiteral("valueFont")), Qt::AlignCenter);
     if (isCompact()) {
         return;
     }

@@ -20,8 +20,10 @@ Picture::Picture(const KORA::WidgetData &data)
 {}
 
 PictureItem::PictureItem(const KORA::GraphicsObjectData &data)
-    : PlantItem(data, DesignSize)
-{}
+    : TouchItem(data, DesignSize)
+{
+    grabGesture(pinchGestureType());
+}
 
 void PictureItem::fieldIsChangedEvent(KORA::FieldIsChangedEvent *event)
 {
@@ -58,11 +60,11 @@ void PictureItem::setView(const QTransform &view)
     constexpr qreal SmallestZoom = 0.5;
     constexpr qreal LargestZoom = 8;
     const qreal zoom = qSqrt(qAbs(view.determinant()));
-    if (!flag(QStringLiteral("interactive")) || !(zoom >= SmallestZoom && zoom <= LargestZoom)) {
-        return;
+    const bool isLost = !view.mapRect(contentArea()).contains(boundingRect().center());
+    if (flag(QStringLiteral("interactive")) && zoom >= SmallestZoom && zoom <= LargestZoom && !isLost) {
+        m_view = view;
+        update();
     }
-    m_view = view;
-    update();
 }
 
 void PictureItem::draw(QPainter &painter, const QRectF &area)

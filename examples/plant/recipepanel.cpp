@@ -37,8 +37,17 @@ void RecipePanel::turn(int pages)
 }
 
 RecipePanelItem::RecipePanelItem(const KORA::GraphicsObjectData &data)
-    : PlantItem(data, DesignSize)
-{}
+    : TouchItem(data, DesignSize)
+{
+    grabGesture(swipe1TouchGestureType());
+}
+
+void RecipePanelItem::swiped(KORA::SwipeGesture::SwipeDirection direction)
+{
+    if (panel() && direction != KORA::SwipeGesture::NoDirection) {
+        panel()->turn(direction == KORA::SwipeGesture::Left ? 1 : -1);
+    }
+}
 
 RecipePanel *RecipePanelItem::panel() const
 {

@@ -133,7 +133,7 @@ void ValueSwitchItem::draw(QPainter &painter, const QRectF &area)
         return;
     }
     if (!getFieldValue(QStringLiteral("enabled")).toBool()) {
-        painter.setOpacity(painter.opacity() * 0.45);
+        painter.setOpacity(painter.opacity() * 0.6);
     }
     if (owner->mode() == ValueSwitch::PushButtonMode) {
         drawButton(painter, area);
