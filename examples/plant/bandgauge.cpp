@@ -67,6 +67,11 @@ void BandGaugeItem::draw(QPainter &painter, const QRectF &area)
     }
 }
 
+double BandGaugeItem::exampleValue() const
+{
+    return number(QStringLiteral("minimum")) * 0.36 + number(QStringLiteral("maximum")) * 0.64;
+}
+
 Status BandGaugeItem::status(double value) const
 {
     Status worst = Status::Normal;

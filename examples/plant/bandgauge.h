@@ -34,6 +34,7 @@ public:
 
 protected:
     void draw(QPainter &painter, const QRectF &area) override;
+    double exampleValue() const override;
     Status status(double value) const override;
 
 private:

@@ -29,6 +29,11 @@ void GaugeItem::draw(QPainter &painter, const QRectF &area)
     drawTexts(painter, dial);
 }
 
+double GaugeItem::exampleValue() const
+{
+    return number(QStringLiteral("minimum")) * 0.36 + number(QStringLiteral("maximum")) * 0.64;
+}
+
 qreal GaugeItem::fraction(double value) const
 {
     return fractionOf(value, number(QStringLiteral("minimum")), number(QStringLiteral("maximum")));

@@ -25,6 +25,7 @@ public:
 
 protected:
     void draw(QPainter &painter, const QRectF &area) override;
+    double exampleValue() const override;
 
 private:
     qreal fraction(double value) const;

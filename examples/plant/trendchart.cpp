@@ -28,7 +28,7 @@ void TrendChart::initEvent(KORA::InitEvent *)
 {
     resetWindow();
     const int seconds = getFieldValue(QStringLiteral("refreshSeconds")).toInt();
-    if (seconds > 0 && !widgetActionManager()->isInsideProjectEditor()) {
+    if (seconds > 0 && !isInEditor()) {
         m_timer.start(seconds * 1000, this);
     }
 }
@@ -75,14 +75,13 @@ void TrendChart::resetWindow()
 QDateTime TrendChart::now() const
 {
     // The editor shows the same picture every time.
-    return widgetActionManager()->isInsideProjectEditor() ? QDateTime(QDate(2024, 3, 4), QTime(12, 0))
-                                                          : QDateTime::currentDateTime();
+    return isInEditor() ? QDateTime(QDate(2024, 3, 4), QTime(12, 0)) : QDateTime::currentDateTime();
 }
 
 void TrendChart::refresh()
 {
     m_window.follow(now());
-    m_samples = widgetActionManager()->isInsideProjectEditor() ? exampleSamples() : samplesFromHost();
+    m_samples = isInEditor() ? exampleSamples() : samplesFromHost();
     updateItems();
 }
 
