@@ -15,8 +15,8 @@ public:
         : m_origin(origin)
     {}
 
-    /// The points of the next event, one per position. Positions beyond those of the last event are fingers that
-    /// come down now; the event TouchBegin puts all down afresh. The positions are the receiver's.
+    /// The points of the next event, one per position. Positions beyond those of the last event are fingers
+    /// that come down now; the event TouchBegin puts all down afresh. The positions are the receiver's.
     Points moveTo(const QVector<QPointF> &positions, QEvent::Type event)
     {
         const int kept = event == QEvent::TouchBegin ? 0 : qMin(m_last.size(), positions.size());

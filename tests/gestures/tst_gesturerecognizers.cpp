@@ -70,8 +70,8 @@ public:
     void paint(QPainter *, const QStyleOptionGraphicsItem *, QWidget *) override {}
 };
 
-// A recogniser with one of its gestures, fed with events as Qt's gesture manager does. Nobody sets the gesture's
-// state here: it stays NoGesture.
+// A recogniser with one of its gestures, fed with events as Qt's gesture manager does. Nobody sets the
+// gesture's state here: it stays NoGesture.
 template<typename Gesture>
 class Driver
 {
@@ -95,7 +95,8 @@ public:
         return m_recognizer->recognize(m_gesture.get(), &m_item, &event);
     }
 
-    /// Steps such as "begin 0,0 100,0 maybe": event, position of each finger or of the mouse, expected result.
+    /// Steps such as "begin 0,0 100,0 maybe": event, position of each finger or of the mouse, expected
+    /// result.
     void run(const QStringList &steps)
     {
         for (const QString &step : steps) {

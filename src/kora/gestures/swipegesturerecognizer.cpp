@@ -65,8 +65,8 @@ bool turn(Direction *direction, qreal length, Direction negative, Direction posi
     return !isFirst && *direction != previous;
 }
 
-// The fingers (or the mouse) are at the positions now. The step is measured from the latest step that counted, so
-// that slow strokes swipe too.
+// The fingers (or the mouse) are at the positions now. The step is measured from the latest step that
+// counted, so that slow strokes swipe too.
 Result move(const SwipeGesture *swipe, SwipeGesturePrivate *d, const QPointF *positions)
 {
     const auto first = d->lastPositions.begin();
