@@ -3,8 +3,13 @@
 # Configures and builds the project in source, which finds the package below prefix, in binary.
 
 file(REMOVE_RECURSE ${binary})
+set(cross_settings "")
+if(toolchain)
+    set(cross_settings -DCMAKE_TOOLCHAIN_FILE=${toolchain} -DKORA_AARCH64_ROOT=${aarch64_root})
+endif()
 execute_process(
     COMMAND ${CMAKE_COMMAND} -S ${source} -B ${binary} -G ${generator} --no-warn-unused-cli
+        ${cross_settings}
         -DCMAKE_CXX_COMPILER=${compiler}
         -DCMAKE_CXX_COMPILER_LAUNCHER=${launcher}
         -DCMAKE_CXX_FLAGS=${sanitize}
