@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtCore/QString>
+
+/// Compares a document byte by byte with the reference document tests/data/golden/<name>. Returns an empty text or
+/// the difference.
+///
+/// With KORA_UPDATE_GOLDEN in the environment the reference is replaced instead (scripts/update-golden).
+QString differenceFromGolden(const QString &name, const QByteArray &document);
