@@ -195,11 +195,18 @@ public:
         , m_languageId(languageId)
         , m_plugins(plugins)
         , m_index(index)
-    {}
+    {
+        for (auto entry = index.constBegin(); entry != index.constEnd(); ++entry) {
+            if (!staleReason(entry.key()).isEmpty()) {
+                m_staleIds.append(entry.key());
+            }
+        }
+    }
 
     /// What the steps below would do, by folder name.
     QVector<Action> plan() const;
 
+    void forgetStaleInFile() const;
     void removeStale();
     void removeOrphans();
     void generate(const std::function<void(int done, int total)> &progress);
@@ -212,7 +219,6 @@ private:
     QString generationReason(const QString &id) const;
     bool hasFolder(const QString &id) const;
     QStringList idsToGenerate() const;
-    void forgetInIndexFile(const QStringList &ids) const;
     QString generateDocuments(const WidgetLibraryPluginData &plugin, const QString &id) const;
     void fail(const QString &id, const QString &message);
 
@@ -220,6 +226,7 @@ private:
     QString m_languageId;
     const Plugins &m_plugins;
     Index &m_index;
+    QStringList m_staleIds; // in the index's order
     QSet<QString> m_failed;
 };
 
@@ -284,18 +291,31 @@ void GenerationRun::fail(const QString &id, const QString &message)
     m_failed.insert(id);
 }
 
+// An entry on the disk must not speak for a folder that this run begins to remove or fills from another source:
+// were the run killed there, a later one that the entry suits would take what it finds for up to date.
+void GenerationRun::forgetStaleInFile() const
+{
+    Index index = m_index;
+    for (const QString &id : m_staleIds) {
+        if (m_plugins.contains(id) || entryExists(QFileInfo(join(m_dirPath, id)))) {
+            index.remove(id);
+        }
+    }
+    if (index.size() != m_index.size()
+        && !PluginLoader::writeExtraResourcesIndexFile(join(m_dirPath, indexName), index)) {
+        removeEntry(m_dirPath, indexName);
+    }
+}
+
 void GenerationRun::removeStale()
 {
-    for (auto entry = m_index.constBegin(); entry != m_index.constEnd(); ++entry) {
-        if (staleReason(entry.key()).isEmpty()) {
-            continue;
-        }
-        const QString path = join(m_dirPath, entry.key());
+    for (const QString &id : qAsConst(m_staleIds)) {
+        const QString path = join(m_dirPath, id);
         const QFileInfo info(path);
         const bool isDirectory = info.isDir() && !info.isSymLink();
-        if (!removeEntry(m_dirPath, entry.key())) {
-            fail(entry.key(), isDirectory ? QStringLiteral("Error removing directory %1").arg(path)
-                                          : QStringLiteral("Error removing file %1").arg(path));
+        if (!removeEntry(m_dirPath, id)) {
+            fail(id, isDirectory ? QStringLiteral("Error removing directory %1").arg(path)
+                                 : QStringLiteral("Error removing file %1").arg(path));
         }
     }
 }
@@ -314,27 +334,13 @@ QStringList GenerationRun::idsToGenerate() const
 {
     QStringList ids;
     for (auto plugin = m_plugins.constBegin(); plugin != m_plugins.constEnd(); ++plugin) {
-        const bool isKept = m_index.contains(plugin.key()) && hasFolder(plugin.key());
-        if (plugin.value()->type() == PluginData::WidgetLibrary && !isKept
-            && !m_failed.contains(plugin.key())) {
-            ids.append(plugin.key());
+        const QString &id = plugin.key();
+        const bool isKept = m_index.contains(id) && !m_staleIds.contains(id) && hasFolder(id);
+        if (plugin.value()->type() == PluginData::WidgetLibrary && !isKept && !m_failed.contains(id)) {
+            ids.append(id);
         }
     }
     return ids;
-}
-
-// An entry on the disk must not speak for documents that it was not written for: were this run killed after it
-// generated them, a later run in the entry's language would take them for its own.
-void GenerationRun::forgetInIndexFile(const QStringList &ids) const
-{
-    Index index = m_index;
-    for (const QString &id : ids) {
-        index.remove(id);
-    }
-    if (index.size() != m_index.size()
-        && !PluginLoader::writeExtraResourcesIndexFile(join(m_dirPath, indexName), index)) {
-        removeEntry(m_dirPath, indexName);
-    }
 }
 
 QString GenerationRun::generateDocuments(const WidgetLibraryPluginData &plugin, const QString &id) const
@@ -360,7 +366,6 @@ QString GenerationRun::generateDocuments(const WidgetLibraryPluginData &plugin, 
 void GenerationRun::generate(const std::function<void(int done, int total)> &progress)
 {
     const QStringList ids = idsToGenerate();
-    forgetInIndexFile(ids);
     int done = 0;
     for (const QString &id : ids) {
         const WidgetLibraryPluginData &plugin = *m_plugins.value(id)->toWidgetLibraryPluginData();
@@ -411,6 +416,7 @@ bool PluginLoader::generateStudioExtraResources(const QString &dirPath, const QS
     const bool isRead = readExtraResourcesIndexFile(indexPath, index);
 
     GenerationRun run(path, languageId, m_pluginData, index);
+    run.forgetStaleInFile();
     run.removeStale();
     run.removeOrphans();
     run.generate([this](int done, int total) { Q_EMIT extraResourcesProgress(done, total); });
