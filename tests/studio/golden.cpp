@@ -43,3 +43,8 @@ QString differenceFromGolden(const QString &name, const QByteArray &document)
     return file.readAll() == document ? QString()
                                       : QStringLiteral("%1 differs\n%2").arg(name, diff(path, document));
 }
+
+QStringList namesOfGolden(const QString &folder)
+{
+    return QDir(QStringLiteral(KORA_GOLDEN_DIR "/") + folder).entryList(QDir::Files);
+}
