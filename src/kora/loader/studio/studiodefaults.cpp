@@ -18,7 +18,7 @@ QString fileName(QString format, int number)
 
 void writeTranslationInfo(QXmlStreamWriter &writer)
 {
-    const XmlElement translationInfo(writer, "translationInfo");
+    const XmlElement translationInfo(writer, QStringLiteral("translationInfo"));
     writer.writeTextElement(QStringLiteral("ctxAttribute"), QStringLiteral("id"));
     writer.writeTextElement(QStringLiteral("trAttribute"), QStringLiteral("name"));
     writer.writeTextElement(QStringLiteral("trAttribute"), QStringLiteral("label"));
@@ -27,11 +27,13 @@ void writeTranslationInfo(QXmlStreamWriter &writer)
 void writePages(QXmlStreamWriter &writer, const QList<GalleryPage> &pages, const QString &languageId,
                 const QString &fileFormat)
 {
-    const XmlElement element(writer, "pages");
+    const XmlElement element(writer, QStringLiteral("pages"));
     for (const GalleryPage &page : pages) {
         const QString name = page.group.get(languageId, true);
-        writeLeaf(writer, "page",
-                  {{"displayName", name}, {"file", fileName(fileFormat, page.fileNumber)}, {"name", name}});
+        writeLeaf(writer, QStringLiteral("page"),
+                  {{QStringLiteral("displayName"), name},
+                   {QStringLiteral("file"), fileName(fileFormat, page.fileNumber)},
+                   {QStringLiteral("name"), name}});
     }
 }
 
@@ -42,12 +44,12 @@ void writePageGalleryManager(QXmlStreamWriter &writer, const WidgetLibraryPlugin
     if (pages.isEmpty()) {
         return;
     }
-    const XmlElement object(writer, "object",
+    const XmlElement object(writer, QStringLiteral("object"),
                             {
-                                {"id", QLatin1String("_CustomBuiltWgt_") + meta.id()},
-                                {"class", "GalleryMgrWgt"},
-                                {"label", meta.name().get(languageId, true)},
-                                {"isGlobal", "true"},
+                                {QStringLiteral("id"), QLatin1String("_CustomBuiltWgt_") + meta.id()},
+                                {QStringLiteral("class"), QStringLiteral("GalleryMgrWgt")},
+                                {QStringLiteral("label"), meta.name().get(languageId, true)},
+                                {QStringLiteral("isGlobal"), QStringLiteral("true")},
                             });
     writePages(writer, pages, languageId, fileFormat);
 }
@@ -59,13 +61,13 @@ void writeProjectGalleryManager(QXmlStreamWriter &writer, const WidgetLibraryPlu
     if (pages.isEmpty()) {
         return;
     }
-    const XmlElement object(writer, "object",
+    const XmlElement object(writer, QStringLiteral("object"),
                             {
-                                {"id", QLatin1String("_CustomBuiltWgtProject_") + meta.id()},
-                                {"class", "GalleryMgrWgt"},
-                                {"label", meta.name().get(languageId, true)},
-                                {"isGlobal", "true"},
-                                {"type", "Project"},
+                                {QStringLiteral("id"), QLatin1String("_CustomBuiltWgtProject_") + meta.id()},
+                                {QStringLiteral("class"), QStringLiteral("GalleryMgrWgt")},
+                                {QStringLiteral("label"), meta.name().get(languageId, true)},
+                                {QStringLiteral("isGlobal"), QStringLiteral("true")},
+                                {QStringLiteral("type"), QStringLiteral("Project")},
                             });
     writePages(writer, pages, languageId, fileFormat);
 }
@@ -76,15 +78,17 @@ int WidgetLibraryPluginUtils::studioDefaultsFromMetaInformation(
     const WidgetLibraryPluginMetaInformation &meta, QXmlStreamWriter &writer, const QString &languageId,
     const QString &pageFileFormat, const QString &projectPageFileFormat)
 {
-    const XmlElement wgtPage(writer, "wgtPage", {{"projectType", "HMI Project"}, {"svgFile", ""}});
+    const XmlElement wgtPage(writer, QStringLiteral("wgtPage"),
+                             {{QStringLiteral("projectType"), QStringLiteral("HMI Project")},
+                              {QStringLiteral("svgFile"), QStringLiteral("")}});
     writeTranslationInfo(writer);
-    const XmlElement object(writer, "object",
+    const XmlElement object(writer, QStringLiteral("object"),
                             {
-                                {"id", "studio_defaults"},
-                                {"class", "ProjectWgt"},
-                                {"pageType", "project"},
-                                {"pageSize", "100,100"},
-                                {"imageDBDefault", "true"},
+                                {QStringLiteral("id"), QStringLiteral("studio_defaults")},
+                                {QStringLiteral("class"), QStringLiteral("ProjectWgt")},
+                                {QStringLiteral("pageType"), QStringLiteral("project")},
+                                {QStringLiteral("pageSize"), QStringLiteral("100,100")},
+                                {QStringLiteral("imageDBDefault"), QStringLiteral("true")},
                             });
     writePageGalleryManager(writer, meta, languageId, pageFileFormat);
     writeProjectGalleryManager(writer, meta, languageId, projectPageFileFormat);

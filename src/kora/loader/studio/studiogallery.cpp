@@ -13,7 +13,10 @@ namespace INTERNAL {
 
 namespace {
 
-const QLatin1String panelFont("Roboto");
+QString panelFont()
+{
+    return QStringLiteral("Roboto");
+}
 
 /// The link from a text of the page's text table to the place that shows it.
 struct _MLLinkInfo // NOLINT(bugprone-reserved-identifier): the design tool's own name for it
@@ -127,9 +130,14 @@ QStringList languagesOf(const Links &links)
     return languages;
 }
 
-QString languageNumber(const char *prefix, int index)
+// "L1", "L2", ... as the document names its languages.
+QStringList languageIds(int count)
 {
-    return QLatin1String(prefix) + QString::number(index + 1);
+    QStringList ids;
+    for (int i = 1; i <= count; ++i) {
+        ids.append(QLatin1Char('L') + QString::number(i));
+    }
+    return ids;
 }
 
 /// Writes a gallery page, one function per element of the document.
@@ -175,17 +183,23 @@ private:
 
 void GalleryWriter::write()
 {
-    const XmlElement wgtPage(m_writer, "wgtPage", {{"projectType", "HMI Project"}, {"rev", "1"}});
-    const XmlElement page(m_writer, "object",
+    const XmlElement wgtPage(m_writer, QStringLiteral("wgtPage"),
+                             {{QStringLiteral("projectType"), QStringLiteral("HMI Project")},
+                              {QStringLiteral("rev"), QStringLiteral("1")}});
+    const XmlElement page(m_writer, QStringLiteral("object"),
                           {
-                              {"id", "Page"},
-                              {"class", "PageWgt"},
-                              {"pageType", "gallery"},
-                              {"pageSize", "100,100"},
-                              {"pageName", "Page"},
-                              {"staticOptEnable", "true"},
+                              {QStringLiteral("id"), QStringLiteral("Page")},
+                              {QStringLiteral("class"), QStringLiteral("PageWgt")},
+                              {QStringLiteral("pageType"), QStringLiteral("gallery")},
+                              {QStringLiteral("pageSize"), QStringLiteral("100,100")},
+                              {QStringLiteral("pageName"), QStringLiteral("Page")},
+                              {QStringLiteral("staticOptEnable"), QStringLiteral("true")},
                           });
-    writeLeaf(m_writer, "wgtStyle", {{"width", "100"}, {"height", "100"}, {"x", "0"}, {"y", "0"}});
+    writeLeaf(m_writer, QStringLiteral("wgtStyle"),
+              {{QStringLiteral("width"), QStringLiteral("100")},
+               {QStringLiteral("height"), QStringLiteral("100")},
+               {QStringLiteral("x"), QStringLiteral("0")},
+               {QStringLiteral("y"), QStringLiteral("0")}});
     writeTextManager();
     writeItemsManager();
     for (int i = 0; i < m_widgets.size(); ++i) {
@@ -195,17 +209,21 @@ void GalleryWriter::write()
 
 void GalleryWriter::writeEmptyStyle()
 {
-    writeLeaf(m_writer, "wgtStyle", {{"width", "0"}, {"height", "0"}, {"x", "0"}, {"y", "0"}});
+    writeLeaf(m_writer, QStringLiteral("wgtStyle"),
+              {{QStringLiteral("width"), QStringLiteral("0")},
+               {QStringLiteral("height"), QStringLiteral("0")},
+               {QStringLiteral("x"), QStringLiteral("0")},
+               {QStringLiteral("y"), QStringLiteral("0")}});
 }
 
 void GalleryWriter::writeTextManager()
 {
-    const XmlElement object(m_writer, "object",
+    const XmlElement object(m_writer, QStringLiteral("object"),
                             {
-                                {"id", "_PageMLTextMgrWgt"},
-                                {"class", "PageMLTextMgrWgt"},
-                                {"mgrType", "Page"},
-                                {"mlFileName", ""},
+                                {QStringLiteral("id"), QStringLiteral("_PageMLTextMgrWgt")},
+                                {QStringLiteral("class"), QStringLiteral("PageMLTextMgrWgt")},
+                                {QStringLiteral("mgrType"), QStringLiteral("Page")},
+                                {QStringLiteral("mlFileName"), QStringLiteral("")},
                             });
     writeEmptyStyle();
     const Links links = m_texts.allLinks();
@@ -216,36 +234,43 @@ void GalleryWriter::writeTextManager()
 
 void GalleryWriter::writeLanguages(const QStringList &languages)
 {
-    const XmlElement langs(m_writer, "langs", {{"defLangId", "L1"}, {"curLangId", "L1"}});
+    const XmlElement langs(m_writer, QStringLiteral("langs"),
+                           {{QStringLiteral("defLangId"), QStringLiteral("L1")},
+                            {QStringLiteral("curLangId"), QStringLiteral("L1")}});
+    const QStringList ids = languageIds(languages.size());
     for (int i = 0; i < languages.size(); ++i) {
-        writeLeaf(m_writer, "lang",
+        writeLeaf(m_writer, QStringLiteral("lang"),
                   {
-                      {"writingsystem", "Any"},
-                      {"langId", languageNumber("L", i)},
-                      {"keypads", ";;"},
-                      {"name", languageNumber("Lang", i)},
-                      {"langCode", languages.at(i)},
-                      {"removable", "false"},
-                      {"defaultFont", panelFont},
+                      {QStringLiteral("writingsystem"), QStringLiteral("Any")},
+                      {QStringLiteral("langId"), ids.at(i)},
+                      {QStringLiteral("keypads"), QStringLiteral(";;")},
+                      {QStringLiteral("name"), QLatin1String("Lang") + QString::number(i + 1)},
+                      {QStringLiteral("langCode"), languages.at(i)},
+                      {QStringLiteral("removable"), QStringLiteral("false")},
+                      {QStringLiteral("defaultFont"), panelFont()},
                   });
     }
 }
 
 void GalleryWriter::writeTextTable(const Links &links, const QStringList &languages)
 {
-    const XmlElement texts(m_writer, "MLTexts");
+    const XmlElement texts(m_writer, QStringLiteral("MLTexts"));
+    const QStringList ids = languageIds(languages.size());
     for (const _MLLinkInfo &link : links) {
-        const XmlElement text(m_writer, "MLText", {{"id", QString::number(link.textId)}});
+        const XmlElement text(m_writer, QStringLiteral("MLText"),
+                              {{QStringLiteral("id"), QString::number(link.textId)}});
         for (int i = 0; i < languages.size(); ++i) {
             // A text that lacks the language shows in its default language rather than not at all.
-            m_writer.writeAttribute(languageNumber("L", i), link.text.get(languages.at(i), true));
+            m_writer.writeAttribute(ids.at(i), link.text.get(languages.at(i), true));
         }
     }
 }
 
 void GalleryWriter::writeItemsManager()
 {
-    const XmlElement object(m_writer, "object", {{"id", ""}, {"class", "GalleryItemsMgrWgt"}});
+    const XmlElement object(m_writer, QStringLiteral("object"),
+                            {{QStringLiteral("id"), QStringLiteral("")},
+                             {QStringLiteral("class"), QStringLiteral("GalleryItemsMgrWgt")}});
     writeEmptyStyle();
     writeItems();
     writeItemLinks();
@@ -253,30 +278,31 @@ void GalleryWriter::writeItemsManager()
 
 void GalleryWriter::writeItems()
 {
-    const XmlElement items(m_writer, "items");
+    const XmlElement items(m_writer, QStringLiteral("items"));
     for (const _MLLinkInfo &link : m_texts.itemLinks()) {
         if (!link.isItemText) {
             continue;
         }
-        writeLeaf(m_writer, "item",
+        writeLeaf(m_writer, QStringLiteral("item"),
                   {
-                      {"icon", ""},
-                      {"tooltip", link.tooltip},
-                      {"idx", QString::number(link.idx)},
-                      {"label", link.label},
-                      {"id", objectId(link.widgetId)},
+                      {QStringLiteral("icon"), QStringLiteral("")},
+                      {QStringLiteral("tooltip"), link.tooltip},
+                      {QStringLiteral("idx"), QString::number(link.idx)},
+                      {QStringLiteral("label"), link.label},
+                      {QStringLiteral("id"), objectId(link.widgetId)},
                   });
     }
 }
 
 void GalleryWriter::writeItemLinks()
 {
-    const XmlElement element(m_writer, "links");
+    const XmlElement element(m_writer, QStringLiteral("links"));
     for (const _MLLinkInfo &link : m_texts.itemLinks()) {
-        const XmlElement lang(m_writer, "lang",
-                              {{"attrib", link.attribute}, {"class", "MLGalleryItemsLink"}});
+        const XmlElement lang(m_writer, QStringLiteral("lang"),
+                              {{QStringLiteral("attrib"), link.attribute},
+                               {QStringLiteral("class"), QStringLiteral("MLGalleryItemsLink")}});
         {
-            const XmlElement fontFamily(m_writer, "MLFontFamily");
+            const XmlElement fontFamily(m_writer, QStringLiteral("MLFontFamily"));
             writeFontFamilies({link});
         }
         writeTextId(link.textId, link.idx);
@@ -285,7 +311,9 @@ void GalleryWriter::writeItemLinks()
 
 void GalleryWriter::writeWidget(const WidgetMetaInformation &widget, const Links &links)
 {
-    const XmlElement object(m_writer, "object", {{"class", "CustomBuiltWgt"}, {"id", objectId(widget.id())}});
+    const XmlElement object(m_writer, QStringLiteral("object"),
+                            {{QStringLiteral("class"), QStringLiteral("CustomBuiltWgt")},
+                             {QStringLiteral("id"), objectId(widget.id())}});
     writeWidgetStyle(widget);
     writeUserFields(widget);
     writeFieldLinks(links);
@@ -294,40 +322,42 @@ void GalleryWriter::writeWidget(const WidgetMetaInformation &widget, const Links
 void GalleryWriter::writeWidgetStyle(const WidgetMetaInformation &widget)
 {
     const QSizeF size = widget.defaultSize();
-    writeLeaf(m_writer, "wgtStyle",
+    writeLeaf(m_writer, QStringLiteral("wgtStyle"),
               {
-                  {"widgetId", widget.id()},
-                  {"widgetVersion", widget.version().version()},
-                  {"libraryId", m_meta.id()},
-                  {"libraryName", m_meta.name().get(QStringLiteral("en-US"), true)},
-                  {"libraryVersion", m_meta.version().version()},
-                  {"libraryAuthor", m_meta.author()},
-                  {"width", numberText(size.width())},
-                  {"height", numberText(size.height())},
-                  {"x", "0"},
-                  {"y", "0"},
-                  {"cx", numberText(size.width() * 0.5)},
-                  {"cy", numberText(size.height() * 0.5)},
-                  {"wgtStaticOpt", "dynamic"},
+                  {QStringLiteral("widgetId"), widget.id()},
+                  {QStringLiteral("widgetVersion"), widget.version().version()},
+                  {QStringLiteral("libraryId"), m_meta.id()},
+                  {QStringLiteral("libraryName"), m_meta.name().get(QStringLiteral("en-US"), true)},
+                  {QStringLiteral("libraryVersion"), m_meta.version().version()},
+                  {QStringLiteral("libraryAuthor"), m_meta.author()},
+                  {QStringLiteral("width"), numberText(size.width())},
+                  {QStringLiteral("height"), numberText(size.height())},
+                  {QStringLiteral("x"), QStringLiteral("0")},
+                  {QStringLiteral("y"), QStringLiteral("0")},
+                  {QStringLiteral("cx"), numberText(size.width() * 0.5)},
+                  {QStringLiteral("cy"), numberText(size.height() * 0.5)},
+                  {QStringLiteral("wgtStaticOpt"), QStringLiteral("dynamic")},
               });
 }
 
 void GalleryWriter::writeUserFields(const WidgetMetaInformation &widget)
 {
-    const XmlElement userFields(m_writer, "userfields");
+    const XmlElement userFields(m_writer, QStringLiteral("userfields"));
     const auto fields = widget.fields();
     for (const FieldMetaInformation &field : fields) {
         const bool isFont = field.type() == FieldTypeFont;
         const QString value =
             isFont ? WidgetLibraryPluginUtils::fieldFontToString(field.defaultFont())
                    : WidgetLibraryPluginUtils::fieldValueToString(field.type(), field.defaultValue());
-        writeLeaf(m_writer, "field", {{"id", field.id()}, {isFont ? "font" : "value", value}});
+        writeLeaf(m_writer, QStringLiteral("field"),
+                  {{QStringLiteral("id"), field.id()},
+                   {isFont ? QStringLiteral("font") : QStringLiteral("value"), value}});
     }
 }
 
 void GalleryWriter::writeFieldLinks(const Links &links)
 {
-    const XmlElement element(m_writer, "links");
+    const XmlElement element(m_writer, QStringLiteral("links"));
     for (int first = 0; first < links.size();) {
         int end = first + 1;
         while (end < links.size() && links.at(end).attribute == links.at(first).attribute) {
@@ -340,11 +370,13 @@ void GalleryWriter::writeFieldLinks(const Links &links)
 
 void GalleryWriter::writeFieldLink(const Links &links)
 {
-    const XmlElement lang(m_writer, "lang",
-                          {{"class", QStringLiteral("MLMsgLink:%1:").arg(links.first().attribute)}});
+    const XmlElement lang(
+        m_writer, QStringLiteral("lang"),
+        {{QStringLiteral("class"), QStringLiteral("MLMsgLink:%1:").arg(links.first().attribute)}});
     {
-        const XmlElement fontFamily(m_writer, "MLFontFamily",
-                                    {{"useAttributeNameForFontProperties", "true"}});
+        const XmlElement fontFamily(
+            m_writer, QStringLiteral("MLFontFamily"),
+            {{QStringLiteral("useAttributeNameForFontProperties"), QStringLiteral("true")}});
         writeFontFamilies(links);
     }
     for (const _MLLinkInfo &link : links) {
@@ -356,13 +388,15 @@ void GalleryWriter::writeFontFamilies(const Links &links)
 {
     const QStringList languages = languagesOf(links);
     for (const QString &language : languages) {
-        m_writer.writeAttribute(language, panelFont);
+        m_writer.writeAttribute(language, panelFont());
     }
 }
 
 void GalleryWriter::writeTextId(int textId, int idx)
 {
-    writeLeaf(m_writer, "textid", {{"val", QString::number(textId)}, {"idx", QString::number(idx)}});
+    writeLeaf(
+        m_writer, QStringLiteral("textid"),
+        {{QStringLiteral("val"), QString::number(textId)}, {QStringLiteral("idx"), QString::number(idx)}});
 }
 
 QString GalleryWriter::objectId(const QString &widgetId) const

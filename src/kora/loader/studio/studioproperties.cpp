@@ -2,6 +2,7 @@
 #include <kora/core/widgetlibrarypluginutils.h>
 
 #include <QtCore/QStringList>
+#include <QtCore/QVector>
 #include <QtCore/QXmlStreamWriter>
 
 #include <kora/core/fieldtypes_p.h>
@@ -13,43 +14,66 @@ namespace INTERNAL {
 
 namespace {
 
-const struct
+struct IdentityProperty
 {
-    const char *name;
-    const char *label;
-    const char *description;
-} identityProperties[] = {
-    {"krpluginLibraryId", "Plugin id", "Plugin unique id."},
-    {"krpluginLibraryName", "Plugin name", "Plugin name."},
-    {"krpluginLibraryVersion", "Plugin version", "Plugin version."},
-    {"krpluginLibraryAuthor", "Plugin author", "Plugin author."},
-    {"krpluginWidgetId", "Widget id", "Widget id."},
-    {"krpluginWidgetVersion", "Widget version", "Widget version."},
+    QString name;
+    QString label;
+    QString description;
 };
 
-const struct
+struct FontProperty
 {
-    const char *suffix;
+    QString suffix;
     TranslationStringType (FieldMetaInformation::*display)() const;
-    const char *attributeType;
-    const char *description; // after the field's display text
+    QString attributeType;
+    QString description; // after the field's display text
     bool isFamily;
-} fontProperties[] = {
-    {"-font-family", &FieldMetaInformation::displayFontFamily, "fontList", " font family.", true},
-    {"-font-size", &FieldMetaInformation::displayFontSize, "integer", " font size.", false},
-    {"-font-bold", &FieldMetaInformation::displayFontBold, "bool", " font bold.", false},
-    {"-font-style", &FieldMetaInformation::displayFontStyle, "list:normal,italic", " font style.", false},
-    {"-font-underline", &FieldMetaInformation::displayFontUnderline, "bool", " font underline.", false},
 };
 
-const char *trueFalse(bool flag)
+const QVector<IdentityProperty> &identityProperties()
 {
-    return flag ? "true" : "false";
+    static const QVector<IdentityProperty> properties{
+        {QStringLiteral("krpluginLibraryId"), QStringLiteral("Plugin id"),
+         QStringLiteral("Plugin unique id.")},
+        {QStringLiteral("krpluginLibraryName"), QStringLiteral("Plugin name"),
+         QStringLiteral("Plugin name.")},
+        {QStringLiteral("krpluginLibraryVersion"), QStringLiteral("Plugin version"),
+         QStringLiteral("Plugin version.")},
+        {QStringLiteral("krpluginLibraryAuthor"), QStringLiteral("Plugin author"),
+         QStringLiteral("Plugin author.")},
+        {QStringLiteral("krpluginWidgetId"), QStringLiteral("Widget id"), QStringLiteral("Widget id.")},
+        {QStringLiteral("krpluginWidgetVersion"), QStringLiteral("Widget version"),
+         QStringLiteral("Widget version.")},
+    };
+    return properties;
 }
 
-const char *yesNo(bool flag)
+const QVector<FontProperty> &fontProperties()
 {
-    return flag ? "yes" : "no";
+    using Field = FieldMetaInformation;
+    static const QVector<FontProperty> properties{
+        {QStringLiteral("-font-family"), &Field::displayFontFamily, QStringLiteral("fontList"),
+         QStringLiteral(" font family."), true},
+        {QStringLiteral("-font-size"), &Field::displayFontSize, QStringLiteral("integer"),
+         QStringLiteral(" font size."), false},
+        {QStringLiteral("-font-bold"), &Field::displayFontBold, QStringLiteral("bool"),
+         QStringLiteral(" font bold."), false},
+        {QStringLiteral("-font-style"), &Field::displayFontStyle, QStringLiteral("list:normal,italic"),
+         QStringLiteral(" font style."), false},
+        {QStringLiteral("-font-underline"), &Field::displayFontUnderline, QStringLiteral("bool"),
+         QStringLiteral(" font underline."), false},
+    };
+    return properties;
+}
+
+QString trueFalse(bool flag)
+{
+    return flag ? QStringLiteral("true") : QStringLiteral("false");
+}
+
+QString yesNo(bool flag)
+{
+    return flag ? QStringLiteral("yes") : QStringLiteral("no");
 }
 
 /// Writes the property sheets, one function per element of the document.
@@ -86,14 +110,15 @@ int PropertiesWriter::writeWidget(const WidgetMetaInformation &widget)
 {
     // No XmlElement here: the group stays open when a field is refused.
     m_writer.writeStartElement(QStringLiteral("g"));
-    writeAttributes(m_writer, {
-                                  {"id", QStringLiteral("custombuiltwgt_%1_%2_%3_properties")
-                                             .arg(m_pluginId, widget.id(), widget.version().version())},
-                                  {"inherit", "widget_properties"},
-                                  {"attributeName", "CustomBuiltWgt"},
-                                  {"display", "CustomBuiltWgt"},
-                                  {"showChildNodes", "no"},
-                              });
+    writeAttributes(m_writer,
+                    {
+                        {QStringLiteral("id"), QStringLiteral("custombuiltwgt_%1_%2_%3_properties")
+                                                   .arg(m_pluginId, widget.id(), widget.version().version())},
+                        {QStringLiteral("inherit"), QStringLiteral("widget_properties")},
+                        {QStringLiteral("attributeName"), QStringLiteral("CustomBuiltWgt")},
+                        {QStringLiteral("display"), QStringLiteral("CustomBuiltWgt")},
+                        {QStringLiteral("showChildNodes"), QStringLiteral("no")},
+                    });
     writeIdentity();
     const auto fields = widget.fields();
     for (const FieldMetaInformation &field : fields) {
@@ -111,18 +136,18 @@ int PropertiesWriter::writeWidget(const WidgetMetaInformation &widget)
 
 void PropertiesWriter::writeIdentity()
 {
-    for (const auto &property : identityProperties) {
-        const XmlElement text(m_writer, "text",
+    for (const auto &property : identityProperties()) {
+        const XmlElement text(m_writer, QStringLiteral("text"),
                               {
-                                  {"attributeName", property.name},
-                                  {"attributeType", "string"},
-                                  {"display", property.label},
-                                  {"read_only", "true"},
-                                  {"adv", "yes"},
-                                  {"attachTag", "no"},
-                                  {"layer", "Plugin information"},
+                                  {QStringLiteral("attributeName"), property.name},
+                                  {QStringLiteral("attributeType"), QStringLiteral("string")},
+                                  {QStringLiteral("display"), property.label},
+                                  {QStringLiteral("read_only"), QStringLiteral("true")},
+                                  {QStringLiteral("adv"), QStringLiteral("yes")},
+                                  {QStringLiteral("attachTag"), QStringLiteral("no")},
+                                  {QStringLiteral("layer"), QStringLiteral("Plugin information")},
                               });
-        m_writer.writeCharacters(QLatin1String(property.description));
+        m_writer.writeCharacters(property.description);
     }
 }
 
@@ -142,13 +167,13 @@ int PropertiesWriter::writeField(const FieldMetaInformation &field)
 
 void PropertiesWriter::writeFieldProperty(const FieldMetaInformation &field)
 {
-    const XmlElement text(m_writer, "text",
+    const XmlElement text(m_writer, QStringLiteral("text"),
                           {
-                              {"attributeName", field.id()},
-                              {"display", translated(field.display())},
-                              {"read_only", trueFalse(field.readOnly())},
-                              {"adv", "no"},
-                              {"attachTag", yesNo(field.tagCanBeAttached())},
+                              {QStringLiteral("attributeName"), field.id()},
+                              {QStringLiteral("display"), translated(field.display())},
+                              {QStringLiteral("read_only"), trueFalse(field.readOnly())},
+                              {QStringLiteral("adv"), QStringLiteral("no")},
+                              {QStringLiteral("attachTag"), yesNo(field.tagCanBeAttached())},
                           });
     writeRequirements(field);
     writeLayer(field);
@@ -159,38 +184,39 @@ void PropertiesWriter::writeFieldProperty(const FieldMetaInformation &field)
 void PropertiesWriter::writeFontProperties(const FieldMetaInformation &field)
 {
     const QString fieldDisplay = translated(field.display());
-    for (const auto &property : fontProperties) {
-        const XmlElement text(m_writer, "text",
-                              {
-                                  {"attributeName", field.id() + QLatin1String(property.suffix)},
-                                  {"display", translated((field.*property.display)())},
-                                  {"read_only", trueFalse(field.readOnly())},
-                                  {"adv", "no"},
-                                  {"attachTag", yesNo(!property.isFamily && field.tagCanBeAttached())},
-                                  {"attributeType", property.attributeType},
-                              });
+    for (const auto &property : fontProperties()) {
+        const XmlElement text(
+            m_writer, QStringLiteral("text"),
+            {
+                {QStringLiteral("attributeName"), field.id() + property.suffix},
+                {QStringLiteral("display"), translated((field.*property.display)())},
+                {QStringLiteral("read_only"), trueFalse(field.readOnly())},
+                {QStringLiteral("adv"), QStringLiteral("no")},
+                {QStringLiteral("attachTag"), yesNo(!property.isFamily && field.tagCanBeAttached())},
+                {QStringLiteral("attributeType"), property.attributeType},
+            });
         if (property.isFamily) {
-            writeAttributes(m_writer, {{"sort", "false"}});
+            writeAttributes(m_writer, {{QStringLiteral("sort"), QStringLiteral("false")}});
         }
         writeRequirements(field);
         writeLayer(field);
-        m_writer.writeCharacters(fieldDisplay + QLatin1String(property.description));
+        m_writer.writeCharacters(fieldDisplay + property.description);
     }
 }
 
 void PropertiesWriter::writeDataUpdateEvent()
 {
-    const XmlElement text(m_writer, "text",
+    const XmlElement text(m_writer, QStringLiteral("text"),
                           {
-                              {"attributeName", "onDataUpdate"},
-                              {"display", "OnDataUpdate Action"},
-                              {"inherit", "yes"},
-                              {"attributeType", "event"},
-                              {"eventName", "onDataUpdate"},
-                              {"childPropName", "action"},
-                              {"childAttrName", "onDataUpdate.action"},
-                              {"menuBtn", "yes"},
-                              {"layer", "Events"},
+                              {QStringLiteral("attributeName"), QStringLiteral("onDataUpdate")},
+                              {QStringLiteral("display"), QStringLiteral("OnDataUpdate Action")},
+                              {QStringLiteral("inherit"), QStringLiteral("yes")},
+                              {QStringLiteral("attributeType"), QStringLiteral("event")},
+                              {QStringLiteral("eventName"), QStringLiteral("onDataUpdate")},
+                              {QStringLiteral("childPropName"), QStringLiteral("action")},
+                              {QStringLiteral("childAttrName"), QStringLiteral("onDataUpdate.action")},
+                              {QStringLiteral("menuBtn"), QStringLiteral("yes")},
+                              {QStringLiteral("layer"), QStringLiteral("Events")},
                           });
     m_writer.writeCharacters(
         QStringLiteral("Sets the action to execute when the value of a property changed."));
@@ -215,18 +241,19 @@ void PropertiesWriter::writeAttributeType(const FieldMetaInformation &field)
     } else if (field.isMultiLanguageText()) {
         type = QStringLiteral("mlStringList");
     }
-    writeAttributes(m_writer, {{"attributeType", type}});
+    writeAttributes(m_writer, {{QStringLiteral("attributeType"), type}});
     switch (field.type()) {
     case FieldTypeStringList:
     case FieldTypeStringMap:
-        writeAttributes(m_writer, {{"canBeUsedAsParameter", "false"}});
+        writeAttributes(m_writer, {{QStringLiteral("canBeUsedAsParameter"), QStringLiteral("false")}});
         break;
     case FieldTypeTag:
-        writeAttributes(m_writer, {{"attachToDlgOptions", tagOptionsText(field)}});
+        writeAttributes(m_writer, {{QStringLiteral("attachToDlgOptions"), tagOptionsText(field)}});
         break;
     case FieldTypeTrend:
-        writeAttributes(m_writer, {{"attachToDlgOptions",
-                                    "tabs=widgets,xforms=!*,rw=r,wgtId=this,onlyDynamicProperties"}});
+        writeAttributes(m_writer,
+                        {{QStringLiteral("attachToDlgOptions"),
+                          QStringLiteral("tabs=widgets,xforms=!*,rw=r,wgtId=this,onlyDynamicProperties")}});
         break;
     default:
         break;
@@ -237,7 +264,7 @@ void PropertiesWriter::writeRequirements(const FieldMetaInformation &field)
 {
     const QString requirements = field.requirements();
     if (!requirements.isEmpty()) {
-        writeAttributes(m_writer, {{"requiredFeatures", requirements}});
+        writeAttributes(m_writer, {{QStringLiteral("requiredFeatures"), requirements}});
     }
 }
 
@@ -245,7 +272,7 @@ void PropertiesWriter::writeLayer(const FieldMetaInformation &field)
 {
     const QString group = translated(field.group());
     if (!group.isEmpty()) {
-        writeAttributes(m_writer, {{"layer", group}});
+        writeAttributes(m_writer, {{QStringLiteral("layer"), group}});
     }
 }
 

@@ -12,19 +12,6 @@ namespace INTERNAL {
 
 struct XmlAttribute
 {
-    XmlAttribute(const char *attributeName, const QString &text)
-        : name(QLatin1String(attributeName))
-        , value(text)
-    {}
-    XmlAttribute(const char *attributeName, const char *text)
-        : name(QLatin1String(attributeName))
-        , value(QLatin1String(text))
-    {}
-    XmlAttribute(const QString &attributeName, const QString &text)
-        : name(attributeName)
-        , value(text)
-    {}
-
     QString name;
     QString value;
 };
@@ -40,11 +27,11 @@ inline void writeAttributes(QXmlStreamWriter &writer, std::initializer_list<XmlA
 class XmlElement
 {
 public:
-    XmlElement(QXmlStreamWriter &writer, const char *name,
+    XmlElement(QXmlStreamWriter &writer, const QString &name,
                std::initializer_list<XmlAttribute> attributes = {})
         : m_writer(writer)
     {
-        m_writer.writeStartElement(QLatin1String(name));
+        m_writer.writeStartElement(name);
         writeAttributes(m_writer, attributes);
     }
     ~XmlElement() { m_writer.writeEndElement(); }
@@ -55,7 +42,7 @@ private:
 };
 
 /// An element that holds no other.
-inline void writeLeaf(QXmlStreamWriter &writer, const char *name,
+inline void writeLeaf(QXmlStreamWriter &writer, const QString &name,
                       std::initializer_list<XmlAttribute> attributes)
 {
     const XmlElement leaf(writer, name, attributes);
