@@ -7,6 +7,12 @@
 #include <kora/core/pluginutils.h>
 #include <kora/core/widgetlibrarypluginmetainformation.h>
 #include <kora/core/widgetlibrarypluginutils.h>
+#include <kora/gestures/pangesture_p.h>
+#include <kora/gestures/pangesturerecognizer_p.h>
+#include <kora/gestures/pinchgesture_p.h>
+#include <kora/gestures/pinchgesturerecognizer_p.h>
+#include <kora/gestures/swipegesture_p.h>
+#include <kora/gestures/swipegesturerecognizer_p.h>
 #include <kora/init.h>
 #include <kora/kora.h>
 #include <kora/loader/plugindata.h>

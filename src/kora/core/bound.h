@@ -12,7 +12,7 @@ namespace INTERNAL {
 ///
 /// A bound that is an invalid variant does not apply. What does not convert to T counts as 0, NaN too; a number
 /// beyond the range of T saturates before the bounds apply. A minimum above the maximum gives the maximum.
-template <typename T>
+template<typename T>
 void koraBound(const QVariant &minimum, QVariant &value, const QVariant &maximum);
 
 extern template KORA_EXPORT void koraBound<int>(const QVariant &, QVariant &, const QVariant &);

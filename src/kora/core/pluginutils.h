@@ -28,8 +28,7 @@ public:
     /// receives the object "MetaData" for further readers and @p translations the texts of the plugin's
     /// translation files (":/<id>/resources/translation/<language>.csv"); both may be filled on failure too.
     static int metaInformationFromMetaData(const QJsonObject &pluginMetaData, PluginMetaInformation &info,
-                                           QJsonObject &metaData,
-                                           QList<TranslationStringType> &translations);
+                                           QJsonObject &metaData, QList<TranslationStringType> &translations);
 
     /// Reads a text, or a pair [text, comment], in @p language. If @p translations hold the pair, @p out
     /// receives all languages of the first such entry. With @p trim the text is trimmed; with @p notEmpty an

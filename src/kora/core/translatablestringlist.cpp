@@ -5,7 +5,8 @@ namespace KORA {
 namespace INTERNAL {
 
 TranslatableStringList::TranslatableStringList(QList<TranslationStringType> &list, const QString &language)
-    : m_list(list), m_language(language)
+    : m_list(list)
+    , m_language(language)
 {
     m_indexes.reserve(list.size());
     for (int i = list.size() - 1; i >= 0; --i) { // backwards, so that the first of equal entries stays

@@ -22,11 +22,12 @@ bool parsePart(const QString &text, unsigned int &part)
 } // namespace
 
 VersionType::VersionType(unsigned int major, unsigned int minor, unsigned int patch)
-    : m_major(major), m_minor(minor), m_patch(patch)
+    : m_major(major)
+    , m_minor(minor)
+    , m_patch(patch)
     , m_version(QStringLiteral("%1.%2.%3")
                     .arg(QString::number(major), QString::number(minor), QString::number(patch)))
-{
-}
+{}
 
 VersionType::VersionType(const QString &text)
 {

@@ -62,7 +62,6 @@ public:
 
 private:
     WidgetMap m_widgets;
-    WidgetMap m_galleryWidgets; // the latest versions, which the groups were derived from
     QList<TranslationStringType> m_pageGroups;
     QList<TranslationStringType> m_projectGroups;
     bool m_pageDefaultGroupIsUsed = false;

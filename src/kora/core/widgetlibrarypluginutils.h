@@ -31,7 +31,8 @@ public:
     // Metadata ---------------------------------------------------------------------------------------------
 
     /// Reads a plugin's whole metadata (as QPluginLoader::metaData() gives it): the generic part, then the
-    /// array "widgets" with their fields. The first invalid entry refuses the library.
+    /// array "widgets" with their fields. The first invalid entry refuses the library; @p info then holds the
+    /// generic part, if that was valid, and its widgets are as they were before.
     static int metaInformationFromMetaData(const QJsonObject &pluginMetaData,
                                            WidgetLibraryPluginMetaInformation &info);
     /// Reads one element of "widgets". Its texts get their translations from @p translations and are added to

@@ -9,6 +9,8 @@
 #include <kora/export.h>
 #include <kora/loader/plugindata.h>
 
+class QDir;
+
 namespace KORA {
 namespace INTERNAL {
 
@@ -56,7 +58,9 @@ public:
 
 private:
     bool refuseWhenInit() const;
-    bool loadFolder(const QString &folderPath, const QStringList &disabledIds);
+    bool enterDir(const QString &dirPath, QDir &dir) const;
+    bool loadFolder(const QDir &folder, const QStringList &disabledIds);
+    void callHooks(void (KORA::Plugin::*first)(), void (KORA::Plugin::*second)());
 
     bool m_isInit = false;
     QMap<QString, PluginData *> m_pluginData;

@@ -24,9 +24,9 @@ void chopTrailingBlank(const QDebug &stream, QString &message)
 
 LogHandlerPrivate::LogHandlerPrivate(const QString &source, const char *file, int line, const char *function,
                                      const char *category)
-    : context(file, line, function, category), sourceId(source)
-{
-}
+    : context(file, line, function, category)
+    , sourceId(source)
+{}
 
 void LogHandlerPrivate::copyContext(const QMessageLogContext &from, QMessageLogContext &to)
 {
@@ -36,12 +36,16 @@ void LogHandlerPrivate::copyContext(const QMessageLogContext &from, QMessageLogC
     to.category = from.category;
 }
 
-DebugPrivate::DebugPrivate(QtMsgType messageType) : stream(&message), type(messageType)
-{
-}
+DebugPrivate::DebugPrivate(QtMsgType messageType)
+    : stream(&message)
+    , type(messageType)
+{}
 
 DebugPrivate::DebugPrivate(const DebugPrivate &other)
-    : message(other.message), stream(&message), type(other.type), sourceId(other.sourceId)
+    : message(other.message)
+    , stream(&message)
+    , type(other.type)
+    , sourceId(other.sourceId)
 {
     LogHandlerPrivate::copyContext(other.context, context);
 }
@@ -62,23 +66,23 @@ DebugPrivate::~DebugPrivate()
     logMsgHandlerGrabbed = false;
 }
 
-Debug::Debug(QtMsgType type) : d(std::make_unique<DebugPrivate>(type))
-{
-}
+Debug::Debug(QtMsgType type)
+    : d(std::make_unique<DebugPrivate>(type))
+{}
 
-Debug::Debug(std::unique_ptr<DebugPrivate> priv) : d(std::move(priv))
-{
-}
+Debug::Debug(std::unique_ptr<DebugPrivate> priv)
+    : d(std::move(priv))
+{}
 
-Debug::Debug(const Debug &other) : d(std::make_unique<DebugPrivate>(*other.d))
-{
-}
+Debug::Debug(const Debug &other)
+    : d(std::make_unique<DebugPrivate>(*other.d))
+{}
 
 // Copies on purpose: a moved-from message that holds text still emits its own line.
 // NOLINTNEXTLINE(performance-move-constructor-init,cert-oop11-cpp,bugprone-exception-escape)
-Debug::Debug(Debug &&other) : Debug(static_cast<const Debug &>(other))
-{
-}
+Debug::Debug(Debug &&other)
+    : Debug(static_cast<const Debug &>(other))
+{}
 
 Debug::~Debug() = default;
 
@@ -87,20 +91,18 @@ QDebug &Debug::debug()
     return d->stream;
 }
 
-LogHandler::LogHandler() : d(std::make_unique<LogHandlerPrivate>())
-{
-}
+LogHandler::LogHandler()
+    : d(std::make_unique<LogHandlerPrivate>())
+{}
 
 LogHandler::LogHandler(const QString &sourceId, const char *file, int line, const char *function)
     : LogHandler(sourceId, file, line, function, "default")
-{
-}
+{}
 
 LogHandler::LogHandler(const QString &sourceId, const char *file, int line, const char *function,
                        const char *category)
     : d(std::make_unique<LogHandlerPrivate>(sourceId, file, line, function, category))
-{
-}
+{}
 
 LogHandler::~LogHandler() = default;
 

@@ -53,7 +53,8 @@ public:
     LogHandler();
     /// The category is "default", which "%{IF-CATEGORY}" treats as none.
     LogHandler(const QString &sourceId, const char *file, int line, const char *function);
-    LogHandler(const QString &sourceId, const char *file, int line, const char *function, const char *category);
+    LogHandler(const QString &sourceId, const char *file, int line, const char *function,
+               const char *category);
     LogHandler(const LogHandler &) = delete;
     LogHandler &operator=(const LogHandler &) = delete;
     virtual ~LogHandler();

@@ -53,8 +53,7 @@ public:
 };
 
 class KORA_EXPORT InitEventData
-{
-};
+{};
 
 class InitEventPrivate;
 
@@ -70,8 +69,7 @@ private:
 };
 
 class KORA_EXPORT DeinitEventData
-{
-};
+{};
 
 class DeinitEventPrivate;
 

@@ -17,6 +17,8 @@ namespace KORA {
 class KORA_EXPORT GraphicsObjectPrivate
 {
 public:
+    static constexpr int noTouchPoint = -1;
+
     GraphicsObjectPrivate(GraphicsObject *owner, const GraphicsObjectData &data);
 
     /// Delivers an init event; does nothing when started. The widget's init() calls it.
@@ -30,7 +32,8 @@ public:
     QVariant getFieldValue(const QString &fieldId, bool fromHost) const;
     void setFieldValue(const QString &fieldId, const QVariant &value, bool fromHost, bool sendEvent);
 
-    /// Turns the event's first touch point into a mouse event of the item. False if the event has no points.
+    /// Turns the first point of a touch begin, update or end into a mouse event of the item. False, and nothing
+    /// done, if the event has no points.
     bool touchToMouse(QTouchEvent *touch);
 
     bool initialised = false;
@@ -40,7 +43,7 @@ public:
     INTERNAL::VersionType version;
     QPointer<Widget> widget;                           // not owned
     QPointer<WidgetActionManager> widgetActionManager; // not owned
-    int trackedTouchPointId = -1;
+    int trackedTouchPointId = noTouchPoint;
     QFlags<GraphicsObject::OptionFlag> options;
 };
 

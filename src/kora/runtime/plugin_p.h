@@ -7,8 +7,7 @@
 namespace KORA {
 
 class KORA_EXPORT PluginPrivate
-{
-};
+{};
 
 namespace INTERNAL {
 

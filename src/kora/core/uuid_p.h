@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+class QString;
+
+namespace KORA {
+namespace INTERNAL {
+
+/// Whether the text is exactly one UUID other than the null one, without braces. QUuid alone accepts any tail
+/// ("<uuid>/../../x"), and ids become names of folders and resources.
+bool isUuid(const QString &text);
+
+/// As isUuid(), or the same between both braces.
+bool isUuidFolderName(const QString &name);
+
+} // namespace INTERNAL
+} // namespace KORA

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <kora/runtime/graphicsobject_p.h>
+
+#include <QtGui/QTouchEvent>
+#include <QtWidgets/QGraphicsSceneMouseEvent>
+#include <QtWidgets/QWidget>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace KORA {
+
+namespace {
+
+// Rounding a value outside int is undefined.
+int roundToPixel(qreal value)
+{
+    if (std::isnan(value)) {
+        return 0;
+    }
+    constexpr qreal farthest = std::numeric_limits<int>::max() / 2;
+    return qRound(std::clamp(value, -farthest, farthest));
+}
+
+QPoint roundToPixels(const QPointF &point)
+{
+    return {roundToPixel(point.x()), roundToPixel(point.y())};
+}
+
+void fillMouseEvent(QGraphicsSceneMouseEvent &mouse, const QTouchEvent &touch, Qt::MouseButton button,
+                    Qt::MouseButtons buttons)
+{
+    const QTouchEvent::TouchPoint &point = touch.touchPoints().constFirst();
+    mouse.setButton(button);
+    mouse.setButtons(buttons);
+    mouse.setScenePos(point.scenePos());
+    mouse.setScreenPos(roundToPixels(point.screenPos()));
+    mouse.setPos(point.pos());
+    mouse.setLastScenePos(point.lastScenePos());
+    mouse.setLastScreenPos(roundToPixels(point.lastScreenPos()));
+    mouse.setLastPos(point.lastPos());
+    mouse.setWidget(qobject_cast<QWidget *>(touch.target())); // the viewport that was touched
+}
+
+} // namespace
+
+bool GraphicsObjectPrivate::touchToMouse(QTouchEvent *touch)
+{
+    if (touch->touchPoints().isEmpty()) {
+        return false;
+    }
+    const int pointId = touch->touchPoints().constFirst().id();
+    bool isAccepted = false;
+    switch (touch->type()) {
+    case QEvent::TouchBegin: {
+        if (pointId == trackedTouchPointId) {
+            return true;
+        }
+        QGraphicsSceneMouseEvent mouse(QEvent::GraphicsSceneMousePress);
+        fillMouseEvent(mouse, *touch, Qt::LeftButton, Qt::LeftButton);
+        trackedTouchPointId = pointId; // before the handler, which may delete the item
+        owner->mousePressEvent(&mouse);
+        isAccepted = mouse.isAccepted();
+        break;
+    }
+    case QEvent::TouchUpdate: {
+        QGraphicsSceneMouseEvent mouse(QEvent::GraphicsSceneMouseMove);
+        fillMouseEvent(mouse, *touch, Qt::NoButton, Qt::LeftButton);
+        owner->mouseMoveEvent(&mouse);
+        isAccepted = mouse.isAccepted();
+        break;
+    }
+    case QEvent::TouchEnd: {
+        QGraphicsSceneMouseEvent mouse(QEvent::GraphicsSceneMouseRelease);
+        fillMouseEvent(mouse, *touch, Qt::LeftButton, Qt::NoButton);
+        trackedTouchPointId = noTouchPoint;
+        owner->mouseReleaseEvent(&mouse);
+        isAccepted = mouse.isAccepted();
+        break;
+    }
+    default:
+        return false;
+    }
+    touch->setAccepted(isAccepted);
+    return true;
+}
+
+} // namespace KORA

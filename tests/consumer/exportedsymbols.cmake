@@ -1,0 +1,22 @@
+# SPDX-License-Identifier: Apache-2.0
+#
+# The library exports its own names only, and is linked so that no entry of its tables can be rewritten.
+
+execute_process(COMMAND ${nm} -DC --defined-only ${library} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL "[^\n]+" symbols "${symbols}")
+list(TRANSFORM symbols REPLACE "^[0-9a-f]+ . " "")
+set(own "KORA::|koraFormatLogMessage\\(")
+set(described "(vtable|typeinfo|typeinfo name|VTT|guard variable) for |(non-)?virtual thunk to ")
+set(foreign "${symbols}")
+list(FILTER foreign EXCLUDE REGEX "^(${described})?(${own})")
+if(foreign OR NOT symbols MATCHES "koraFormatLogMessage")
+    list(JOIN foreign "\n  " foreign)
+    message(FATAL_ERROR "Foreign symbols in ${library}:\n  ${foreign}")
+endif()
+
+execute_process(COMMAND ${readelf} -dlW ${library} OUTPUT_VARIABLE headers COMMAND_ERROR_IS_FATAL ANY)
+foreach(wanted IN ITEMS "GNU_RELRO" "BIND_NOW|Flags: NOW")
+    if(NOT headers MATCHES "${wanted}")
+        message(FATAL_ERROR "${library} lacks ${wanted}")
+    endif()
+endforeach()
