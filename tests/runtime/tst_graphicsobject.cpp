@@ -322,11 +322,11 @@ void TestGraphicsObject::gestureTypesAreFixed()
 {
     const Panel panel(1);
     RecordingItem *item = panel.items.first();
-    const QVector<int> types{item->pan1TouchGestureType(),     item->pan2TouchesGestureType(),
+    const QVector<uint> types{item->pan1TouchGestureType(),     item->pan2TouchesGestureType(),
                              item->pan3TouchesGestureType(),   item->swipe1TouchGestureType(),
                              item->swipe2TouchesGestureType(), item->swipe3TouchesGestureType(),
                              item->pinchGestureType()};
-    QCOMPARE(types, (QVector<int>{257, 258, 259, 260, 261, 262, 263}));
+    QCOMPARE(types, (QVector<uint>{257, 258, 259, 260, 261, 262, 263}));
 }
 
 void TestGraphicsObject::fieldsAreThoseOfTheWidget()

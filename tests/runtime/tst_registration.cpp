@@ -12,6 +12,8 @@
 
 using namespace KORA;
 
+Q_DECLARE_METATYPE(const QMetaObject *)
+
 // Classes that register but make no instance. -----------------------------------------------------------
 
 class NotInvokable : public Widget
