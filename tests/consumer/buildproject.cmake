@@ -4,7 +4,7 @@
 
 file(REMOVE_RECURSE ${binary})
 execute_process(
-    COMMAND ${CMAKE_COMMAND} -S ${source} -B ${binary} -G ${generator}
+    COMMAND ${CMAKE_COMMAND} -S ${source} -B ${binary} -G ${generator} --no-warn-unused-cli
         -DCMAKE_CXX_COMPILER=${compiler}
         -DCMAKE_CXX_COMPILER_LAUNCHER=${launcher}
         -DCMAKE_CXX_FLAGS=${sanitize}
