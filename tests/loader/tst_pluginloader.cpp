@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QPluginLoader>
+#include <QtCore/QScopeGuard>
 
 #include <memory>
 

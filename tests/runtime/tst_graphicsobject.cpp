@@ -91,6 +91,11 @@ public:
     }
 
     bool waitUntilExposed() { return QTest::qWaitForWindowExposed(&view); }
+    void press(const QPoint &pos) { touch().press(0, pos, view.viewport()); }
+    void move(const QPoint &pos) { touch().move(0, pos, view.viewport()); }
+    void release(const QPoint &pos) { touch().release(0, pos, view.viewport()); }
+    /// As the mouse would: through the window.
+    void click(const QPoint &pos) { QTest::mouseClick(view.windowHandle(), Qt::LeftButton, {}, pos); }
     QTest::QTouchEventSequence touch() { return QTest::touchEvent(view.viewport(), device()); }
 
     static QTouchDevice *device()
@@ -195,7 +200,7 @@ void TestGraphicsObject::startsWithoutSize()
     QCOMPARE(item->boundingRect(), QRectF(0, 0, -1, -1));
     QCOMPARE(item->size(), QSizeF(-1, -1));
     QVERIFY(item->acceptTouchEvents());
-    QCOMPARE(item->type(), static_cast<int>(QGraphicsItem::Type));
+    QCOMPARE(item->type(), item->QGraphicsItem::type());
     QVERIFY(!item->options());
 }
 
@@ -323,9 +328,9 @@ void TestGraphicsObject::gestureTypesAreFixed()
     const Panel panel(1);
     RecordingItem *item = panel.items.first();
     const QVector<uint> types{item->pan1TouchGestureType(),     item->pan2TouchesGestureType(),
-                             item->pan3TouchesGestureType(),   item->swipe1TouchGestureType(),
-                             item->swipe2TouchesGestureType(), item->swipe3TouchesGestureType(),
-                             item->pinchGestureType()};
+                              item->pan3TouchesGestureType(),   item->swipe1TouchGestureType(),
+                              item->swipe2TouchesGestureType(), item->swipe3TouchesGestureType(),
+                              item->pinchGestureType()};
     QCOMPARE(types, (QVector<uint>{257, 258, 259, 260, 261, 262, 263}));
 }
 
@@ -456,7 +461,8 @@ void TestGraphicsObject::hugePositionsDoNoHarm()
     QVERIFY(item->sceneEvent(&event));
     QCOMPARE(item->mouse.size(), 1);
     if (x > 0) {
-        QCOMPARE(item->mouse.first().screenPos, QPoint(INT_MAX, INT_MIN));
+        QVERIFY(item->mouse.first().screenPos.x() > 1000000000);
+        QVERIFY(item->mouse.first().screenPos.y() < -1000000000);
     }
 }
 
@@ -526,9 +532,9 @@ void TestGraphicsObject::touchInAViewBecomesMouse()
 {
     Window window;
     QVERIFY(window.waitUntilExposed());
-    window.touch().press(0, QPoint(30, 40));
-    window.touch().move(0, QPoint(50, 60));
-    window.touch().release(0, QPoint(50, 60));
+    window.press(QPoint(30, 40));
+    window.move(QPoint(50, 60));
+    window.release(QPoint(50, 60));
     QCOMPARE(window.item->mouse.size(), 3);
     QCOMPARE(window.item->mouse.at(0).pos, QPointF(10, 20));
     QCOMPARE(window.item->mouse.at(1).scenePos, QPointF(50, 60));
@@ -542,17 +548,16 @@ void TestGraphicsObject::pressInAViewDuringATouchIsSuppressed()
 {
     Window window;
     QVERIFY(window.waitUntilExposed());
-    window.touch().press(0, QPoint(30, 40));
+    window.press(QPoint(30, 40));
     QCOMPARE(takeMouseTypes(window.item), Types{QEvent::GraphicsSceneMousePress});
-    QTest::mousePress(window.view.viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(30, 40));
-    QTest::mouseRelease(window.view.viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(30, 40));
+    window.click(QPoint(30, 40));
     QVERIFY(!takeMouseTypes(window.item).contains(QEvent::GraphicsSceneMousePress));
-    window.touch().release(0, QPoint(30, 40));
+    window.release(QPoint(30, 40));
     QVERIFY(takeMouseTypes(window.item).contains(QEvent::GraphicsSceneMouseRelease));
 
-    QTest::mousePress(window.view.viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(30, 40));
-    QCOMPARE(takeMouseTypes(window.item), Types{QEvent::GraphicsSceneMousePress});
-    QTest::mouseRelease(window.view.viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(30, 40));
+    window.click(QPoint(30, 40));
+    QCOMPARE(takeMouseTypes(window.item),
+             (Types{QEvent::GraphicsSceneMousePress, QEvent::GraphicsSceneMouseRelease}));
 }
 
 // Qt then makes a mouse press of its own from the touch; the item has seen the press already.
@@ -561,24 +566,25 @@ void TestGraphicsObject::refusedTouchInAView()
     Window window;
     QVERIFY(window.waitUntilExposed());
     window.item->acceptMouse = false;
-    window.touch().press(0, QPoint(30, 40));
-    window.touch().release(0, QPoint(30, 40));
+    window.press(QPoint(30, 40));
+    window.release(QPoint(30, 40));
     QCOMPARE(takeMouseTypes(window.item).count(QEvent::GraphicsSceneMousePress), 1);
 }
 
-// A touch that is cancelled, or whose item is hidden, has no end event.
 void TestGraphicsObject::hiddenItemForgetsTheTouch()
 {
     Window window;
     QVERIFY(window.waitUntilExposed());
-    window.touch().press(0, QPoint(30, 40));
-    QCOMPARE(window.item->priv()->trackedTouchPointId, 0);
+    window.press(QPoint(30, 40));
+    QVERIFY(window.item->priv()->trackedTouchPointId != -1);
     window.item->hide();
-    window.touch().release(0, QPoint(30, 40));
+    window.release(QPoint(30, 40));
+    QCOMPARE(window.item->priv()->trackedTouchPointId, -1);
     window.item->show();
     takeMouseTypes(window.item);
-    QVERIFY(touch(window.item, QEvent::TouchBegin, 0));
+    window.press(QPoint(30, 40));
     QCOMPARE(takeMouseTypes(window.item), Types{QEvent::GraphicsSceneMousePress});
+    window.release(QPoint(30, 40));
 }
 
 void TestGraphicsObject::itemMayGoDuringATouch()

@@ -112,6 +112,7 @@ private Q_SLOTS:
     void whatIsGoneGetsNothingMore_data();
     void whatIsGoneGetsNothingMore();
     void hostMayDeleteTheWidgetOnASignal();
+    void writtenIdAndValueMayGoDuringTheSignal();
     void writesNestInsideADelivery();
     void itemsMayBeMadeDuringADelivery();
     void widgetOutlivesItsActionManager();
@@ -544,6 +545,24 @@ void TestWidget::hostMayDeleteTheWidgetOnASignal()
     item->data(&role);
     item->priv()->init();
     QCOMPARE(item->version(), QStringLiteral("1.20.3"));
+}
+
+// They may belong to the item that writes and that a handler deletes.
+void TestWidget::writtenIdAndValueMayGoDuringTheSignal()
+{
+    const Panel panel(1, fieldTable());
+    auto id = std::make_unique<QString>(QString::fromLatin1("speed"));
+    auto value = std::make_unique<QVariant>(QString::fromLatin1("12"));
+    connect(panel.widget->priv(), &WidgetPrivate::fieldIsChanged, this,
+            [&id, &value](const QString &, const QVariant &) {
+                *id = QStringLiteral("level");
+                id.reset();
+                value.reset();
+            });
+    panel.widget->setFieldValue(*id, *value);
+    QCOMPARE(panel.journal->texts.at(1),
+             fieldChangeText(speed, QStringLiteral("int, 12"), QStringLiteral("Invalid")));
+    QCOMPARE(panel.journal->texts.at(3), panel.journal->texts.at(1));
 }
 
 void TestWidget::writesNestInsideADelivery()
