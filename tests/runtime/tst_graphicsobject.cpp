@@ -115,7 +115,7 @@ class Placeholder
 {
 public:
     Placeholder()
-        : panel(1, {}, &NullGraphicsObject::staticMetaObject)
+        : panel(0)
     {
         panel.host.insideProjectEditor = true;
         GraphicsObjectData data;

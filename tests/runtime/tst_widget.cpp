@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <QtCore/QRandomGenerator>
 #include <QtGui/QColor>
 #include <QtGui/QFont>
 #include <QtTest/QSignalSpy>
@@ -115,6 +116,7 @@ private Q_SLOTS:
     void writtenIdAndValueMayGoDuringTheSignal();
     void writesNestInsideADelivery();
     void itemsMayBeMadeDuringADelivery();
+    void anySequenceOfCallsFromHandlers();
     void widgetOutlivesItsActionManager();
 };
 
@@ -607,6 +609,54 @@ void TestWidget::itemsMayBeMadeDuringADelivery()
                  lines({QStringLiteral("widget")}, QLatin1String(delivery.handler)));
         QCOMPARE(panel.widget->graphicsObjectsList().size(), panel.items.size());
         panel.journal->onLine = nullptr;
+    }
+}
+
+// Every handler may call back into the widget; whatever it does, the list holds the living items in their order.
+void TestWidget::anySequenceOfCallsFromHandlers()
+{
+    for (quint32 seed = 1; seed <= 300; ++seed) {
+        QRandomGenerator random(seed);
+        Panel panel(4, fieldTable());
+        int calls = 0;
+        const auto act = [&panel, &random] {
+            WidgetPrivate *priv = panel.widget->priv();
+            const int choice = static_cast<int>(random.bounded(10));
+            const int victim = static_cast<int>(random.bounded(panel.items.size()));
+            if (choice < 4) {
+                deliveries[choice].start(priv);
+            } else if (choice < 6) {
+                priv->setFieldValue(speed, static_cast<int>(random.bounded(3)), choice == 4, true);
+            } else if (choice == 6) {
+                panel.items.append(qobject_cast<RecordingItem *>(priv->newGraphicsObjectInstance()));
+            } else if (choice == 7 && random.bounded(40) == 0) {
+                delete panel.widget;
+            } else if (RecordingItem *item = panel.items.at(victim)) {
+                if (choice == 8) {
+                    item->priv()->resize(QSizeF(random.bounded(3), 1));
+                } else {
+                    delete item;
+                }
+            }
+        };
+        panel.journal->onLine = [&panel, &calls, &act](const QString &) {
+            if (panel.widget && ++calls < 100) {
+                act();
+            }
+        };
+        for (int i = 0; i < 20 && panel.widget; ++i) {
+            act();
+        }
+        panel.journal->onLine = nullptr;
+        if (panel.widget) {
+            QList<GraphicsObject *> alive;
+            for (const QPointer<RecordingItem> &item : qAsConst(panel.items)) {
+                if (item) {
+                    alive.append(item);
+                }
+            }
+            QCOMPARE(panel.widget->graphicsObjectsList(), alive);
+        }
     }
 }
 
