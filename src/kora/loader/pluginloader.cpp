@@ -230,9 +230,10 @@ bool PluginLoader::refuseWhenInit() const
 bool PluginLoader::enterDir(const QString &dirPath, QDir &dir) const
 {
     dir = QDir(QDir::currentPath());
-    const bool exists = !dirPath.isEmpty() && dir.cd(dirPath);
+    const QString path = dir.absoluteFilePath(dirPath);
+    const bool exists = dir.cd(path);
     if (!exists) {
-        generalWarning().debug() << "The folder" << dirPath << "doesn't exists";
+        generalWarning().debug() << "The folder" << path << "doesn't exists";
     }
     return exists;
 }

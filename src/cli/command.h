@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <functional>
+
+namespace CLI {
+class App;
+} // namespace CLI
+
+/// How a run ends. Scripts rely on the numbers.
+enum ExitCode : int {
+    ExitFine = 0,
+    ExitFindings = 1, ///< a plugin was refused, something could not be read or written
+    ExitUsage = 2     ///< the command line is wrong
+};
+
+/// What the command line asked for; the result is an exit code.
+using CommandRun = std::function<int()>;
+
+/// Each adds its subcommand; parsing a command line that names it stores the work in @p run.
+void addListCommand(CLI::App &app, CommandRun &run);
+void addDescribeCommand(CLI::App &app, CommandRun &run);
+void addRenderCommand(CLI::App &app, CommandRun &run);
