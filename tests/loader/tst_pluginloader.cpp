@@ -641,7 +641,8 @@ void TestPluginLoader::widgetsOutliveTheLoader()
 {
     const PluginFolders folders;
     const QString id = pluginId(0x40);
-    QVERIFY(!folders.put(id, good(id)).isEmpty());
+    const QByteArray library = PluginFolders::readFile(KORA_TEST_LIBRARY_fixture_deletable);
+    QVERIFY(!folders.put(id, patched(library, builtId(), id.toLatin1())).isEmpty());
     LogRecorder log;
     Host host;
     std::unique_ptr<KORA::Widget> gauge;

@@ -623,6 +623,11 @@ void TestGraphicsObject::placeholderPaintsTheIconInTheEditorOnly()
     QCOMPARE(image.pixelColor(40, 10), QColor(Qt::white));
     QCOMPARE(image.pixelColor(10, 30), QColor(Qt::white));
 
+    // Antialiased: a pixel that is half covered is between the colours.
+    placeholder.resize(QSizeF(40, 29.5));
+    const QColor half = placeholder.paint().pixelColor(10, 29);
+    QVERIFY(half.green() > 50 && half.green() < 200);
+
     placeholder.panel.host.insideProjectEditor = false;
     QVERIFY(placeholder.paintsNothing());
 }
