@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <support/logrecorder.h>
 
+#include <QtCore/QTextStream>
 #include <QtTest/QTest>
 
 #include <kora/log/logging.h>
 
 #include <atomic>
-#include <cstdio>
 
 namespace {
 
@@ -23,7 +23,7 @@ LogLine lineFrom(int type, const QString &source, const QString &formatted)
 void onUnexpectedLine(int type, const QString &source, const QString &formatted, void *)
 {
     ++unexpectedLines;
-    std::fprintf(stderr, "unexpected log line: %s\n", qPrintable(toText(lineFrom(type, source, formatted))));
+    QTextStream(stderr) << "unexpected log line: " << toText(lineFrom(type, source, formatted)) << '\n';
 }
 
 } // namespace

@@ -5,9 +5,9 @@
 
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTemporaryFile>
+#include <QtCore/QTextStream>
 
 #include <atomic>
-#include <cstdio>
 
 namespace {
 
@@ -17,7 +17,7 @@ std::atomic<int> strayMessages{0};
 void onStrayMessage(QtMsgType, const QMessageLogContext &, const QString &message)
 {
     ++strayMessages;
-    std::fprintf(stderr, "unexpected Qt message: %s\n", qPrintable(message));
+    QTextStream(stderr) << "unexpected Qt message: " << message << '\n';
 }
 
 // QTest keeps its message handler to itself; its log shows what reached it and was not ignored.
@@ -45,7 +45,7 @@ int runKoraTest(QObject &test, const QStringList &arguments)
 {
     QTemporaryFile log;
     if (!log.open()) {
-        std::fprintf(stderr, "cannot make a temporary file: %s\n", qPrintable(log.errorString()));
+        QTextStream(stderr) << "cannot make a temporary file: " << log.errorString() << '\n';
         return 1;
     }
     QStringList withLog = arguments;
@@ -61,8 +61,8 @@ int runKoraTest(QObject &test, const QStringList &arguments)
     const int messages = messagesInLog(log) + strayMessages;
     const int lines = LogRecorder::unexpectedLineCount();
     if (messages + lines > 0) {
-        std::fprintf(stderr, "FAIL!  : %d unexpected Qt messages, %d unexpected log lines\n", messages,
-                     lines);
+        QTextStream(stderr) << "FAIL!  : " << messages << " unexpected Qt messages, " << lines
+                            << " unexpected log lines\n";
     }
     return failures + messages + lines > 0 ? 1 : 0;
 }

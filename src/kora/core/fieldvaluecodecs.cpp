@@ -46,12 +46,6 @@ void setItalic(QFont &font, bool italic)
     font.setStyle(italic ? QFont::StyleItalic : QFont::StyleNormal);
 }
 
-// The text form has booleans; the strict reader wants numbers and takes 0 for false.
-bool jsonFlag(const QJsonValue &value)
-{
-    return value.isDouble() ? value.toDouble() != 0 : value.toBool();
-}
-
 bool passesStrictFontCheck(const QJsonObject &object)
 {
     return object.value(familyKey).isString() && object.value(sizeKey).isDouble()
@@ -140,9 +134,10 @@ QFont WidgetLibraryPluginUtils::fieldFontFromString(const QString &text, bool *o
     }
     font.setFamily(object.value(familyKey).toString());
     setPointSize(font, object.value(sizeKey).toInt());
-    setBold(font, jsonFlag(object.value(boldKey)));
+    // Only a boolean counts as true: a font whose numbers pass the strict check is neither bold nor underlined.
+    setBold(font, object.value(boldKey).toBool());
     setItalic(font, object.value(styleKey).toString() == italicStyle);
-    font.setUnderline(jsonFlag(object.value(underlineKey)));
+    font.setUnderline(object.value(underlineKey).toBool());
     return font;
 }
 

@@ -78,6 +78,8 @@ public:
     /// Guards building, replacing and reading the pattern. Not a QMutex: Qt prints when one is destroyed while
     /// a thread holds it, and a thread may log during the exit of the process.
     static QBasicMutex mutex;
+    /// Set under the mutex when the process's pattern is destroyed. The global static's own state changes later.
+    static bool isDestroyed;
 
 private:
     const char *tokenOf(const QString &lexeme);
@@ -90,6 +92,7 @@ private:
 };
 
 QBasicMutex LogMessagePattern::mutex;
+bool LogMessagePattern::isDestroyed = false;
 
 Q_GLOBAL_STATIC(LogMessagePattern, koraLogMessagePattern)
 
@@ -213,8 +216,7 @@ LogMessagePattern::LogMessagePattern()
 LogMessagePattern::~LogMessagePattern()
 {
     const std::lock_guard<QBasicMutex> lock(mutex);
-    tokens.clear();
-    literals.clear();
+    isDestroyed = true;
 }
 
 void LogMessagePattern::setPattern(const QString &pattern)
@@ -293,7 +295,7 @@ QString LogMessagePattern::format(QtMsgType type, const QMessageLogContext &cont
 QString koraFormatLogMessage(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
     const std::lock_guard<QBasicMutex> lock(LogMessagePattern::mutex);
-    if (koraLogMessagePattern.isDestroyed()) {
+    if (LogMessagePattern::isDestroyed) {
         return message;
     }
     return koraLogMessagePattern->format(type, context, message);
@@ -302,7 +304,7 @@ QString koraFormatLogMessage(QtMsgType type, const QMessageLogContext &context, 
 void KORA::koraSetLogMessagePattern(const QString &text)
 {
     const std::lock_guard<QBasicMutex> lock(LogMessagePattern::mutex);
-    if (koraLogMessagePattern.isDestroyed()) {
+    if (LogMessagePattern::isDestroyed) {
         return;
     }
     koraLogMessagePattern->setPattern(text);

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <kora/export.h>
 #include <kora/log/logging.h>
 
 namespace KORA {
 
-class LogHandlerPrivate
+class KORA_EXPORT LogHandlerPrivate
 {
 public:
     LogHandlerPrivate() = default;
@@ -19,7 +20,7 @@ public:
     QString sourceId;
 };
 
-class DebugPrivate
+class KORA_EXPORT DebugPrivate
 {
 public:
     explicit DebugPrivate(QtMsgType type);
@@ -37,6 +38,6 @@ public:
 };
 
 /// Whether a callback is installed: lets a caller skip messages that are dear to build. Thread-safe.
-bool koraLogMessageHandlerIsInstalled();
+KORA_EXPORT bool koraLogMessageHandlerIsInstalled();
 
 } // namespace KORA
