@@ -591,7 +591,7 @@ void TestGraphicsObject::hiddenItemForgetsTheTouch()
 
 void TestGraphicsObject::itemMayGoDuringATouch()
 {
-    class Suicidal : public RecordingItem
+    class SelfDeletingItem : public RecordingItem
     {
     public:
         using RecordingItem::RecordingItem;
@@ -607,7 +607,7 @@ void TestGraphicsObject::itemMayGoDuringATouch()
     GraphicsObjectData data;
     data.widget = panel.widget;
     data.widgetActionManager = panel.manager.get();
-    QPointer<RecordingItem> item = new Suicidal(data);
+    QPointer<RecordingItem> item = new SelfDeletingItem(data);
     item->setOption(GraphicsObject::OptionTouchToMouse, true);
     bool accepted = false;
     QVERIFY(touch(item, QEvent::TouchBegin, 0, &accepted));
