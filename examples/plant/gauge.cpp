@@ -18,7 +18,7 @@ Gauge::Gauge(const KORA::WidgetData &data)
 {}
 
 GaugeItem::GaugeItem(const KORA::GraphicsObjectData &data)
-    : ReadingItem(data, DesignSize)
+    : DialItem(data, DesignSize)
 {}
 
 void GaugeItem::draw(QPainter &painter, const QRectF &area)
@@ -27,16 +27,6 @@ void GaugeItem::draw(QPainter &painter, const QRectF &area)
     drawScale(painter, dial);
     drawLimits(painter, dial);
     drawTexts(painter, dial);
-}
-
-double GaugeItem::exampleValue() const
-{
-    return number(QStringLiteral("minimum")) * 0.36 + number(QStringLiteral("maximum")) * 0.64;
-}
-
-qreal GaugeItem::fraction(double value) const
-{
-    return fractionOf(value, number(QStringLiteral("minimum")), number(QStringLiteral("maximum")));
 }
 
 void GaugeItem::drawScale(QPainter &painter, const Dial &dial) const

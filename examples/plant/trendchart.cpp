@@ -26,24 +26,37 @@ TrendChart::TrendChart(const KORA::WidgetData &data)
 
 void TrendChart::initEvent(KORA::InitEvent *)
 {
+    m_isStarted = true;
     resetWindow();
-    const int seconds = getFieldValue(QStringLiteral("refreshSeconds")).toInt();
-    if (seconds > 0 && !isInEditor()) {
-        m_timer.start(seconds * 1000, this);
-    }
+    startRefreshTimer();
 }
 
 void TrendChart::deinitEvent(KORA::DeinitEvent *)
 {
+    m_isStarted = false;
     m_timer.stop();
 }
 
 void TrendChart::fieldIsChangedEvent(KORA::FieldIsChangedEvent *event)
 {
-    if (event->fieldId() == QLatin1String("spanMinutes")) {
+    if (!m_isStarted) {
+        return;
+    }
+    if (event->fieldId() == QLatin1String("refreshSeconds")) {
+        startRefreshTimer();
+    } else if (event->fieldId() == QLatin1String("spanMinutes")) {
         resetWindow();
     } else {
         refresh();
+    }
+}
+
+void TrendChart::startRefreshTimer()
+{
+    m_timer.stop();
+    const int seconds = getFieldValue(QStringLiteral("refreshSeconds")).toInt();
+    if (seconds > 0 && !isInEditor()) {
+        m_timer.start(seconds * 1000, this);
     }
 }
 
