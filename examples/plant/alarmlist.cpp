@@ -43,8 +43,8 @@ AlarmList::AlarmList(const KORA::WidgetData &data)
 
 void AlarmList::initEvent(KORA::InitEvent *)
 {
-    const bool isInEditor = widgetActionManager()->isInsideProjectEditor();
-    const QVector<KORA::AlarmInfo> alarms = isInEditor ? exampleAlarms() : widgetActionManager()->getAlarms();
+    const QVector<KORA::AlarmInfo> alarms =
+        isInEditor() ? exampleAlarms() : widgetActionManager()->getAlarms();
     m_alarms.clear();
     for (const KORA::AlarmInfo &alarm : alarms) {
         putAlarm(alarm);

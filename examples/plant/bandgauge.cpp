@@ -45,7 +45,7 @@ void BandGauge::raisePeak(const QVariant &value)
 }
 
 BandGaugeItem::BandGaugeItem(const KORA::GraphicsObjectData &data)
-    : ReadingItem(data, DesignSize)
+    : DialItem(data, DesignSize)
 {}
 
 void BandGaugeItem::draw(QPainter &painter, const QRectF &area)
@@ -93,11 +93,6 @@ QVector<BandGaugeItem::Band> BandGaugeItem::bands() const
             {lowAlarm, lowWarning, Status::Warning},
             {highWarning, highAlarm, Status::Warning},
             {highAlarm, Infinity, Status::Alarm}};
-}
-
-qreal BandGaugeItem::fraction(double value) const
-{
-    return fractionOf(value, number(QStringLiteral("minimum")), number(QStringLiteral("maximum")));
 }
 
 void BandGaugeItem::drawBands(QPainter &painter, const Dial &dial) const

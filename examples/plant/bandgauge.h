@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "dial.h"
+#include "dialitem.h"
 #include "plantwidget.h"
-#include "readingitem.h"
 
 #include <QtCore/QVector>
 
@@ -25,7 +24,7 @@ private:
     void raisePeak(const QVariant &value);
 };
 
-class BandGaugeItem : public ReadingItem
+class BandGaugeItem : public DialItem
 {
     Q_OBJECT
 
@@ -45,7 +44,6 @@ private:
     };
 
     QVector<Band> bands() const;
-    qreal fraction(double value) const;
     void drawBands(QPainter &painter, const Dial &dial) const;
     void drawTicks(QPainter &painter, const Dial &dial) const;
     void drawPeak(QPainter &painter, const Dial &dial) const;

@@ -18,7 +18,7 @@ Gauge::Gauge(const KORA::WidgetData &data)
 {}
 
 GaugeItem::GaugeItem(const KORA::GraphicsObjectData &data)
-    : ReadingItem(data, DesignSize)
+    : DialItem(data, DesignSize)
 {}
 
 void GaugeItem::draw(QPainter &painter, const QRectF &area)
@@ -27,11 +27,6 @@ void GaugeItem::draw(QPainter &painter, const QRectF &area)
     drawScale(painter, dial);
     drawLimits(painter, dial);
     drawTexts(painter, dial);
-}
-
-qreal GaugeItem::fraction(double value) const
-{
-    return fractionOf(value, number(QStringLiteral("minimum")), number(QStringLiteral("maximum")));
 }
 
 void GaugeItem::drawScale(QPainter &painter, const Dial &dial) const

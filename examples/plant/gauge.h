@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "dial.h"
+#include "dialitem.h"
 #include "plantwidget.h"
-#include "readingitem.h"
 
 namespace Plant {
 
@@ -16,7 +15,7 @@ public:
     Q_INVOKABLE explicit Gauge(const KORA::WidgetData &data);
 };
 
-class GaugeItem : public ReadingItem
+class GaugeItem : public DialItem
 {
     Q_OBJECT
 
@@ -27,7 +26,6 @@ protected:
     void draw(QPainter &painter, const QRectF &area) override;
 
 private:
-    qreal fraction(double value) const;
     void drawScale(QPainter &painter, const Dial &dial) const;
     void drawLimits(QPainter &painter, const Dial &dial) const;
     void drawTexts(QPainter &painter, const Dial &dial) const;

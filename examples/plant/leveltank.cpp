@@ -41,6 +41,11 @@ void LevelTankItem::draw(QPainter &painter, const QRectF &area)
     drawReading(painter, readingArea, font(QStringLiteral("valueFont")), Qt::AlignCenter);
 }
 
+double LevelTankItem::exampleValue() const
+{
+    return number(QStringLiteral("capacity")) * 0.6;
+}
+
 void LevelTankItem::drawVessel(QPainter &painter, const QRectF &area) const
 {
     const QPainterPath outline = vessel(area);

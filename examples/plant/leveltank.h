@@ -29,6 +29,7 @@ public:
 
 protected:
     void draw(QPainter &painter, const QRectF &area) override;
+    double exampleValue() const override;
 
 private:
     QPainterPath vessel(const QRectF &area) const;

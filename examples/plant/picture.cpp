@@ -27,7 +27,7 @@ PictureItem::PictureItem(const KORA::GraphicsObjectData &data)
 
 void PictureItem::fieldIsChangedEvent(KORA::FieldIsChangedEvent *event)
 {
-    m_pixmap = QPixmap();
+    m_pixmapSpace = QSize();
     TouchItem::fieldIsChangedEvent(event);
 }
 
@@ -107,14 +107,15 @@ QSizeF PictureItem::imageSize(const QSizeF &original, const QSizeF &space) const
 /// Reads the image at the size that it is drawn at, so that a drawing (SVG) is sharp at every size.
 const QPixmap &PictureItem::pixmap(const QSize &space)
 {
-    const QString reference = text(QStringLiteral("image"));
-    if (reference.isEmpty()) {
+    if (m_pixmapSpace == space) {
         return m_pixmap;
     }
-    QImageReader reader(reference);
-    const QSize wanted = imageSize(reader.size(), space).toSize();
-    if (m_pixmap.size() != wanted && !wanted.isEmpty()) {
-        reader.setScaledSize(wanted);
+    m_pixmapSpace = space;
+    m_pixmap = QPixmap();
+    const QString reference = text(QStringLiteral("image"));
+    if (!reference.isEmpty()) {
+        QImageReader reader(reference);
+        reader.setScaledSize(imageSize(reader.size(), space).toSize());
         m_pixmap = QPixmap::fromImageReader(&reader);
     }
     return m_pixmap;

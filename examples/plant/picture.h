@@ -45,7 +45,8 @@ private:
     void setView(const QTransform &view);
 
     QPixmap m_pixmap;
-    QTransform m_view; // of the image inside the item, as the fingers left it
+    QSize m_pixmapSpace; // that m_pixmap was read for; invalid when it is to be read again
+    QTransform m_view;   // of the image inside the item, as the fingers left it
 };
 
 } // namespace Plant

@@ -15,6 +15,11 @@ QIcon PlantWidget::icon()
     return QIcon(QStringLiteral(":/b29e4ff5-3b69-4566-977d-dd1851a271a4/resources/icons/%1.svg").arg(id()));
 }
 
+bool PlantWidget::isInEditor() const
+{
+    return widgetActionManager()->isInsideProjectEditor();
+}
+
 void PlantWidget::updateItems()
 {
     const QList<KORA::GraphicsObject *> items = graphicsObjectsList();

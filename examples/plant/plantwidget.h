@@ -16,6 +16,8 @@ public:
     QIcon icon() override;
 
 protected:
+    /// Whether the widget stands in the design tool, where no plant is connected.
+    bool isInEditor() const;
     /// Draws the widget's items again, after a change that is not one of a field.
     void updateItems();
 };

@@ -37,7 +37,10 @@ void PumpItem::draw(QPainter &painter, const QRectF &area)
 std::optional<int> PumpItem::state() const
 {
     const QVariant state = getFieldValue(QStringLiteral("state"));
-    return state.isValid() ? std::optional<int>(state.toInt()) : std::nullopt;
+    if (state.isValid()) {
+        return state.toInt();
+    }
+    return isInEditor() ? std::optional<int>(Running) : std::nullopt;
 }
 
 QColor PumpItem::bodyColor(int state) const

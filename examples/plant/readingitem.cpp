@@ -54,10 +54,10 @@ std::optional<double> ReadingItem::value() const
 {
     bool isNumber = false;
     const double number = getFieldValue(QStringLiteral("value")).toDouble(&isNumber);
-    if (!isNumber || !qIsFinite(number)) {
-        return std::nullopt;
+    if (isNumber && qIsFinite(number)) {
+        return number;
     }
-    return number;
+    return isInEditor() ? std::optional<double>(exampleValue()) : std::nullopt;
 }
 
 Status ReadingItem::status(double value) const

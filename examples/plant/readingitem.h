@@ -17,8 +17,10 @@ class ReadingItem : public PlantItem
 protected:
     using PlantItem::PlantItem;
 
-    /// The live value; nothing while the tag has none or has no number.
+    /// The live value; nothing while the tag has none or has no number. In the design tool, where no plant is
+    /// connected, the example value stands in.
     std::optional<double> value() const;
+    virtual double exampleValue() const = 0;
     virtual Status status(double value) const;
     /// The live value with the decimals of the field, or what stands for none.
     QString valueText() const;

@@ -62,8 +62,16 @@ void TouchItem::gestureEvent(QGestureEvent *event)
 
     QGesture *const gesture = event->gesture(swipe1TouchGestureType());
     if (gesture && gesture->state() == Qt::GestureFinished) {
-        swiped(
-            static_cast<KORA::SwipeGesture *>(gesture)->mapHorizontalDirectionToGraphicsObject(event, this));
+        swipeEvent(*static_cast<KORA::SwipeGesture *>(gesture), event);
+    }
+}
+
+void TouchItem::swipeEvent(const KORA::SwipeGesture &swipe, QGestureEvent *event)
+{
+    // A stroke up or down has a horizontal direction too: the angle says which way it went.
+    const qreal angle = qDegreesToRadians(swipe.mapSwipeAngleToGraphicsObject(event, this));
+    if (qAbs(qCos(angle)) > qAbs(qSin(angle))) {
+        swiped(swipe.mapHorizontalDirectionToGraphicsObject(event, this));
     }
 }
 

@@ -26,7 +26,7 @@ protected:
     virtual void zoomed(qreal factor, const QPointF &center);
     /// Degrees, clockwise.
     virtual void turned(qreal angle, const QPointF &center);
-    /// Left or Right, once per swipe.
+    /// Left or Right, once per swipe to the side.
     virtual void swiped(KORA::SwipeGesture::SwipeDirection direction);
 
     bool sceneEvent(QEvent *event) override;
@@ -35,6 +35,7 @@ protected:
 
 private:
     void gestureEvent(QGestureEvent *event);
+    void swipeEvent(const KORA::SwipeGesture &swipe, QGestureEvent *event);
     void pinchEvent(const KORA::PinchGesture &pinch);
     QPointF mappedFromScreen(const QPointF &vector, const QGestureEvent &event) const;
 };

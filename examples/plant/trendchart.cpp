@@ -26,24 +26,37 @@ TrendChart::TrendChart(const KORA::WidgetData &data)
 
 void TrendChart::initEvent(KORA::InitEvent *)
 {
+    m_isStarted = true;
     resetWindow();
-    const int seconds = getFieldValue(QStringLiteral("refreshSeconds")).toInt();
-    if (seconds > 0 && !widgetActionManager()->isInsideProjectEditor()) {
-        m_timer.start(seconds * 1000, this);
-    }
+    startRefreshTimer();
 }
 
 void TrendChart::deinitEvent(KORA::DeinitEvent *)
 {
+    m_isStarted = false;
     m_timer.stop();
 }
 
 void TrendChart::fieldIsChangedEvent(KORA::FieldIsChangedEvent *event)
 {
-    if (event->fieldId() == QLatin1String("spanMinutes")) {
+    if (!m_isStarted) {
+        return;
+    }
+    if (event->fieldId() == QLatin1String("refreshSeconds")) {
+        startRefreshTimer();
+    } else if (event->fieldId() == QLatin1String("spanMinutes")) {
         resetWindow();
     } else {
         refresh();
+    }
+}
+
+void TrendChart::startRefreshTimer()
+{
+    m_timer.stop();
+    const int seconds = getFieldValue(QStringLiteral("refreshSeconds")).toInt();
+    if (seconds > 0 && !isInEditor()) {
+        m_timer.start(seconds * 1000, this);
     }
 }
 
@@ -75,14 +88,13 @@ void TrendChart::resetWindow()
 QDateTime TrendChart::now() const
 {
     // The editor shows the same picture every time.
-    return widgetActionManager()->isInsideProjectEditor() ? QDateTime(QDate(2024, 3, 4), QTime(12, 0))
-                                                          : QDateTime::currentDateTime();
+    return isInEditor() ? QDateTime(QDate(2024, 3, 4), QTime(12, 0)) : QDateTime::currentDateTime();
 }
 
 void TrendChart::refresh()
 {
     m_window.follow(now());
-    m_samples = widgetActionManager()->isInsideProjectEditor() ? exampleSamples() : samplesFromHost();
+    m_samples = isInEditor() ? exampleSamples() : samplesFromHost();
     updateItems();
 }
 

@@ -44,6 +44,7 @@ protected:
 
 private:
     QDateTime now() const;
+    void startRefreshTimer();
     void refresh();
     QVector<TrendSample> samplesFromHost() const;
     QVector<TrendSample> exampleSamples() const;
@@ -51,6 +52,7 @@ private:
     TimeWindow m_window;
     QVector<TrendSample> m_samples;
     QBasicTimer m_timer;
+    bool m_isStarted = false;
 };
 
 /// One finger or the mouse moves through time, two fingers or the wheel zoom, a double click goes back to now.

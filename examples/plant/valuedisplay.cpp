@@ -32,6 +32,11 @@ void ValueDisplayItem::draw(QPainter &painter, const QRectF &area)
     drawReading(painter, readingArea, font(QStringLiteral("valueFont")), alignment());
 }
 
+double ValueDisplayItem::exampleValue() const
+{
+    return (number(QStringLiteral("lowLimit")) + number(QStringLiteral("highLimit"))) / 2;
+}
+
 Qt::Alignment ValueDisplayItem::alignment() const
 {
     switch (integer(QStringLiteral("alignment"))) {

@@ -27,6 +27,7 @@ public:
 
 protected:
     void draw(QPainter &painter, const QRectF &area) override;
+    double exampleValue() const override;
 
 private:
     Qt::Alignment alignment() const;

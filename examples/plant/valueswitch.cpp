@@ -28,13 +28,15 @@ ValueSwitch::Mode ValueSwitch::mode() const
 std::optional<bool> ValueSwitch::value() const
 {
     const QVariant value = getFieldValue(QStringLiteral("value"));
-    return value.isValid() ? std::optional<bool>(value.toBool()) : std::nullopt;
+    if (value.isValid()) {
+        return value.toBool();
+    }
+    return isInEditor() ? std::optional<bool>(true) : std::nullopt;
 }
 
 bool ValueSwitch::canBeOperated() const
 {
-    return value() && getFieldValue(QStringLiteral("enabled")).toBool()
-           && !widgetActionManager()->isInsideProjectEditor();
+    return value() && getFieldValue(QStringLiteral("enabled")).toBool() && !isInEditor();
 }
 
 void ValueSwitch::press()

@@ -10,8 +10,13 @@ class Fingers
 public:
     using Points = QList<QTouchEvent::TouchPoint>;
 
-    /// The points of the next event, one per position. Positions beyond those of the last event are fingers that
-    /// come down now; the event TouchBegin puts all down afresh. Item positions are the screen positions.
+    /// @p origin is where the receiver's position (0, 0) is on the screen.
+    explicit Fingers(const QPointF &origin = {})
+        : m_origin(origin)
+    {}
+
+    /// The points of the next event, one per position. Positions beyond those of the last event are fingers
+    /// that come down now; the event TouchBegin puts all down afresh. The positions are the receiver's.
     Points moveTo(const QVector<QPointF> &positions, QEvent::Type event)
     {
         const int kept = event == QEvent::TouchBegin ? 0 : qMin(m_last.size(), positions.size());
@@ -35,15 +40,16 @@ private:
     {
         QTouchEvent::TouchPoint point(id);
         point.setState(state);
-        point.setScreenPos(position);
-        point.setStartScreenPos(m_start.at(id));
-        point.setLastScreenPos(m_last.at(id));
+        point.setScreenPos(position + m_origin);
+        point.setStartScreenPos(m_start.at(id) + m_origin);
+        point.setLastScreenPos(m_last.at(id) + m_origin);
         point.setPos(position);
         point.setStartPos(m_start.at(id));
         point.setLastPos(m_last.at(id));
         return point;
     }
 
+    QPointF m_origin;
     QVector<QPointF> m_start;
     QVector<QPointF> m_last;
 };

@@ -38,8 +38,10 @@ class PanGesturePrivateAccessor;
 ///         return KORA::GraphicsObject::sceneEvent(event);
 ///     }
 ///
-/// A touch starts the gesture beyond 10 pixels on either axis, the mouse at its first move. All values are screen
-/// pixels. The gesture belongs to Qt and is valid during the event.
+/// A touch starts the gesture beyond 10 pixels on either axis, the mouse at its first move. All values are
+/// screen pixels. Items are not told when the system cancels a touch: the gesture then ends without an
+/// event, and the next one begins with Qt::GestureStarted. The gesture belongs to Qt and is valid during the
+/// event.
 class KORA_EXPORT PanGesture : public QGesture
 {
     Q_OBJECT

@@ -27,9 +27,9 @@ class PinchGesturePrivateAccessor;
 ///         moveBy(pinch->centerPoint() - pinch->lastCenterPoint());
 ///     }
 ///
-/// It starts with the first update of two fingers and ends when one is lifted or a third comes down. Centre points
-/// are in the item's coordinates. The item must accept the touch; see PanGesture. The gesture belongs to Qt and is
-/// valid during the event.
+/// It starts with the first update of two fingers and ends when one is lifted or a third comes down. Centre
+/// points are in the item's coordinates. The item must accept the touch; see PanGesture. The gesture
+/// belongs to Qt and is valid during the event.
 class KORA_EXPORT PinchGesture : public QGesture
 {
     Q_OBJECT
@@ -65,13 +65,14 @@ public:
     QPointF lastCenterPoint() const;
     QPointF centerPoint() const;
 
-    /// The product of all scale factors; the factor of the update before; that of the latest update, from 0.1 to 2.
+    /// The product of all scale factors; the factor of the update before; that of the latest update, from
+    /// 0.1 to 2.
     qreal totalScaleFactor() const;
     qreal lastScaleFactor() const;
     qreal scaleFactor() const;
 
-    /// Degrees, clockwise on the screen: the sum of all steps; the rotation before the latest update; the rotation
-    /// from where the fingers came down.
+    /// Degrees, clockwise on the screen: the sum of all steps; the rotation before the latest update; the
+    /// rotation from where the fingers came down.
     qreal totalRotationAngle() const;
     qreal lastRotationAngle() const;
     qreal rotationAngle() const;

@@ -53,6 +53,14 @@ qreal signedAngle(const QPointF &from, const QPointF &to)
     return angle > 180 ? angle - 360 : angle;
 }
 
+// The start positions stay: they mean nothing before the next sequence sets them.
+void clear(PinchGesturePrivate *d)
+{
+    const auto startPositions = d->startPositions;
+    *d = {};
+    d->startPositions = startPositions;
+}
+
 void startSequence(PinchGesturePrivate *d, const TouchPoint &p1, const TouchPoint &p2, const QPointF &center)
 {
     d->startPositions = {p1.screenPos(), p2.screenPos()};
@@ -93,6 +101,13 @@ void rotate(PinchGesturePrivate *d, const TouchPoint &p1, const TouchPoint &p2)
 Result end(const PinchGesture *pinch, Result withoutStart)
 {
     return pinch->state() == Qt::NoGesture ? withoutStart : QGestureRecognizer::FinishGesture;
+}
+
+// Items are not told of a cancelled touch, and then nobody resets the pinch that it left behind.
+Result touchBegin(PinchGesturePrivate *d)
+{
+    clear(d);
+    return QGestureRecognizer::MayBeGesture;
 }
 
 Result touchUpdate(PinchGesture *pinch, PinchGesturePrivate *d, const TouchPoints &points)
@@ -142,12 +157,12 @@ QGestureRecognizer::Result PinchGestureRecognizer::recognize(QGesture *gesture, 
         return Ignore;
     }
     auto *pinch = static_cast<PinchGesture *>(gesture);
+    PinchGesturePrivate *d = INTERNAL::PinchGesturePrivateAccessor::priv(pinch);
     switch (event->type()) {
     case QEvent::TouchBegin:
-        return MayBeGesture;
+        return touchBegin(d);
     case QEvent::TouchUpdate:
-        return touchUpdate(pinch, INTERNAL::PinchGesturePrivateAccessor::priv(pinch),
-                           INTERNAL::touchPointsOf(event));
+        return touchUpdate(pinch, d, INTERNAL::touchPointsOf(event));
     case QEvent::TouchEnd:
         return end(pinch, CancelGesture);
     default:
@@ -155,14 +170,9 @@ QGestureRecognizer::Result PinchGestureRecognizer::recognize(QGesture *gesture, 
     }
 }
 
-// The start positions stay: they mean nothing before the next sequence sets them.
 void PinchGestureRecognizer::reset(QGesture *gesture)
 {
-    PinchGesturePrivate *d =
-        INTERNAL::PinchGesturePrivateAccessor::priv(static_cast<PinchGesture *>(gesture));
-    const auto startPositions = d->startPositions;
-    *d = {};
-    d->startPositions = startPositions;
+    clear(INTERNAL::PinchGesturePrivateAccessor::priv(static_cast<PinchGesture *>(gesture)));
     QGestureRecognizer::reset(gesture);
 }
 

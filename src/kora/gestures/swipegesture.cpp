@@ -15,7 +15,7 @@ namespace {
 
 using Direction = SwipeGesture::SwipeDirection;
 
-// Of a vector of length 1: a component below it is rounding, not a direction.
+// Of a vector of length 1: a component up to it is rounding, not a direction.
 constexpr qreal SmallestComponent = 1e-9;
 
 QTransform screenToScene(const QGestureEvent *event)
@@ -43,33 +43,40 @@ qreal mapAngle(const QTransform &transform, qreal angle)
     return carry(transform, QLineF::fromPolar(1, angle).p2()).angle();
 }
 
-// Both directions as one vector of length 1; it is the null vector when neither is set.
-QPointF directionVector(Direction horizontal, Direction vertical)
+// Both directions as one vector, carried over. It is the null vector when neither is set.
+QLineF carryDirections(const QTransform &transform, const SwipeGesturePrivate &d)
 {
-    const qreal x = horizontal == SwipeGesture::NoDirection ? 0 : horizontal == SwipeGesture::Right ? 1 : -1;
-    const qreal y = vertical == SwipeGesture::NoDirection ? 0 : vertical == SwipeGesture::Down ? 1 : -1;
-    return QLineF(0, 0, x, y).unitVector().p2();
+    const qreal x = d.horizontalDirection == SwipeGesture::NoDirection ? 0
+                    : d.horizontalDirection == SwipeGesture::Right     ? 1
+                                                                       : -1;
+    const qreal y = d.verticalDirection == SwipeGesture::NoDirection ? 0
+                    : d.verticalDirection == SwipeGesture::Down      ? 1
+                                                                     : -1;
+    return carry(transform, {x, y});
 }
 
-Direction directionOf(qreal component, Direction negative, Direction positive)
+// Measured against the length, so that scales make no difference.
+bool isDirection(qreal component, const QLineF &vector)
 {
-    if (qAbs(component) < SmallestComponent) {
-        return SwipeGesture::NoDirection;
-    }
-    return component > 0 ? positive : negative;
+    return qAbs(component) > SmallestComponent * vector.length();
 }
 
-// The length is made 1 again so that the smallest component means the same at every scale.
 Direction mapHorizontal(const QTransform &transform, const SwipeGesturePrivate &d)
 {
-    const QPointF vector = directionVector(d.horizontalDirection, d.verticalDirection);
-    return directionOf(carry(transform, vector).unitVector().dx(), SwipeGesture::Left, SwipeGesture::Right);
+    const QLineF vector = carryDirections(transform, d);
+    if (!isDirection(vector.dx(), vector)) {
+        return SwipeGesture::NoDirection;
+    }
+    return vector.dx() > 0 ? SwipeGesture::Right : SwipeGesture::Left;
 }
 
 Direction mapVertical(const QTransform &transform, const SwipeGesturePrivate &d)
 {
-    const QPointF vector = directionVector(d.horizontalDirection, d.verticalDirection);
-    return directionOf(carry(transform, vector).unitVector().dy(), SwipeGesture::Up, SwipeGesture::Down);
+    const QLineF vector = carryDirections(transform, d);
+    if (!isDirection(vector.dy(), vector)) {
+        return SwipeGesture::NoDirection;
+    }
+    return vector.dy() > 0 ? SwipeGesture::Down : SwipeGesture::Up;
 }
 
 } // namespace

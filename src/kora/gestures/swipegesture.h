@@ -21,9 +21,10 @@ class SwipeGesturePrivateAccessor;
 
 /// A stroke of one to three fingers, or of the pressed mouse for one: what turns pages.
 ///
-/// It starts with a step of more than 50 pixels on either axis and is cancelled when a later step turns back. Both
-/// directions are set from then on. They are those of the screen; the map functions turn them and the angle into
-/// those of the scene or of an item, on views and items that are rotated, mirrored or scaled as well:
+/// It starts with a step of more than 50 pixels on either axis and is cancelled when a later step turns
+/// back. Both directions are set from then on. They are those of the screen; the map functions turn them
+/// and the angle into those of the scene or of an item, on views and items that are rotated, mirrored or
+/// scaled as well:
 ///
 ///     grabGesture(swipe3TouchesGestureType());
 ///     ...
@@ -59,13 +60,15 @@ public:
     SwipeDirection horizontalDirection() const;
     /// Up, Down or, before the swipe starts, NoDirection.
     SwipeDirection verticalDirection() const;
-    /// The way of the first finger since the start, in degrees from 0 to 360, counter-clockwise from the right.
+    /// The way of the first finger since the start, in degrees from 0 to 360, counter-clockwise from the
+    /// right.
     qreal swipeAngle() const;
     /// The smoothed speed: the larger, the faster. No physical unit.
     qreal velocity() const;
 
-    /// The angle and the directions as they are in the scene. @p event is the event that carries the gesture;
-    /// without it, or when its widget is not the viewport of a QGraphicsView, scene and screen count as aligned.
+    /// The angle and the directions as they are in the scene. @p event is the event that carries the
+    /// gesture; without it, or when its widget is not the viewport of a QGraphicsView, scene and screen
+    /// count as aligned.
     qreal mapSwipeAngleToGraphicsScene(QGestureEvent *event) const;
     SwipeDirection mapHorizontalDirectionToGraphicsScene(QGestureEvent *event) const;
     SwipeDirection mapVerticalDirectionToGraphicsScene(QGestureEvent *event) const;

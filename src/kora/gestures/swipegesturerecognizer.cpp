@@ -21,8 +21,18 @@ constexpr qreal ReversalLength = 6;  // pixels on one axis; a step that goes fur
 constexpr qreal InitialVelocity = 1; // so that a swipe never starts from standstill
 constexpr qreal VelocityDecay = 0.9;
 
+void clear(SwipeGesturePrivate *d)
+{
+    d->horizontalDirection = SwipeGesture::NoDirection;
+    d->verticalDirection = SwipeGesture::NoDirection;
+    d->swipeAngle = 0;
+    d->lastPositions.fill(QPointF());
+}
+
+// Items are not told of a cancelled touch, and then nobody resets the swipe that it left behind.
 Result start(SwipeGesturePrivate *d, int touchCount)
 {
+    clear(d);
     d->velocity = InitialVelocity;
     d->timer.start();
     d->recognitionState = SwipeGesturePrivate::Started;
@@ -55,8 +65,8 @@ bool turn(Direction *direction, qreal length, Direction negative, Direction posi
     return !isFirst && *direction != previous;
 }
 
-// The fingers (or the mouse) are at the positions now. The step is measured from the latest step that counted, so
-// that slow strokes swipe too.
+// The fingers (or the mouse) are at the positions now. The step is measured from the latest step that
+// counted, so that slow strokes swipe too.
 Result move(const SwipeGesture *swipe, SwipeGesturePrivate *d, const QPointF *positions)
 {
     const auto first = d->lastPositions.begin();
@@ -190,10 +200,7 @@ void SwipeGestureRecognizer::reset(QGesture *gesture)
 {
     SwipeGesturePrivate *d =
         INTERNAL::SwipeGesturePrivateAccessor::priv(static_cast<SwipeGesture *>(gesture));
-    d->horizontalDirection = SwipeGesture::NoDirection;
-    d->verticalDirection = SwipeGesture::NoDirection;
-    d->swipeAngle = 0;
-    d->lastPositions.fill(QPointF());
+    clear(d);
     d->recognitionState = SwipeGesturePrivate::NotRecognizing;
     d->velocity = 0;
     d->timer.invalidate();

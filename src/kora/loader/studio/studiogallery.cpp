@@ -18,8 +18,8 @@ QString panelFont()
     return QStringLiteral("Roboto");
 }
 
-/// The link from a text of the page's text table to the place that shows it.
-struct _MLLinkInfo // NOLINT(bugprone-reserved-identifier): the design tool's own name for it
+/// The link from a text of the page's text table to the place that shows it. The name is the design tool's.
+struct _MLLinkInfo
 {
     _MLLinkInfo() = default;
     _MLLinkInfo(const QString &widgetId, const QString &attribute, int textId, int second,
