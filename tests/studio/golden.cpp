@@ -7,6 +7,8 @@
 #include <QtCore/QProcess>
 #include <QtCore/QTemporaryFile>
 
+#include <cstdio>
+
 namespace {
 
 bool writeFile(const QString &path, const QByteArray &bytes)
@@ -16,16 +18,18 @@ bool writeFile(const QString &path, const QByteArray &bytes)
            && file.write(bytes) == bytes.size() && file.flush();
 }
 
-QString diff(const QString &path, const QByteArray &document)
+// To standard error: the test's log cuts long messages off.
+void printDiff(const QString &path, const QByteArray &document)
 {
     QTemporaryFile actual;
     if (!actual.open() || actual.write(document) != document.size() || !actual.flush()) {
-        return QStringLiteral("cannot write a temporary file: %1").arg(actual.errorString());
+        std::fprintf(stderr, "cannot write a temporary file: %s\n", qPrintable(actual.errorString()));
+        return;
     }
     QProcess process;
     process.start(QStringLiteral("diff"), {QStringLiteral("-u"), path, actual.fileName()});
     process.waitForFinished();
-    return QString::fromUtf8(process.readAllStandardOutput());
+    std::fputs(process.readAllStandardOutput().constData(), stderr);
 }
 
 } // namespace
@@ -40,8 +44,11 @@ QString differenceFromGolden(const QString &name, const QByteArray &document)
     if (!file.open(QIODevice::ReadOnly)) {
         return QStringLiteral("no reference document %1; scripts/update-golden makes it").arg(path);
     }
-    return file.readAll() == document ? QString()
-                                      : QStringLiteral("%1 differs\n%2").arg(name, diff(path, document));
+    if (file.readAll() == document) {
+        return {};
+    }
+    printDiff(path, document);
+    return QStringLiteral("%1 differs; the difference stands on standard error\n").arg(name);
 }
 
 QStringList namesOfGolden(const QString &folder)

@@ -6,7 +6,7 @@
 #include <QtCore/QStringList>
 
 /// Compares a document byte by byte with the reference document tests/data/golden/<name>. Returns an empty text or
-/// the difference.
+/// what is wrong; the difference goes to standard error.
 ///
 /// With KORA_UPDATE_GOLDEN in the environment the reference is replaced instead (scripts/update-golden).
 QString differenceFromGolden(const QString &name, const QByteArray &document);
