@@ -56,7 +56,7 @@ public:
     ~ProgressLine()
     {
         if (m_isShown) {
-            std::fprintf(stderr, "\r\x1b[K");
+            (void)std::fprintf(stderr, "\r\x1b[K");
         }
     }
     Q_DISABLE_COPY_MOVE(ProgressLine)
@@ -67,7 +67,7 @@ private:
         constexpr int many = 20;
         if (total >= many) {
             m_isShown = true;
-            std::fprintf(stderr, "\rkora: documents of %d of %d plugins", done, total);
+            (void)std::fprintf(stderr, "\rkora: documents of %d of %d plugins", done, total);
         }
     }
 

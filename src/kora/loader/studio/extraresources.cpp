@@ -158,7 +158,7 @@ QString DocumentsWriter::writeGalleries(const QString &nameFormat, WidgetLibrary
             QStringLiteral("Error generating file %1").arg(path),
         };
         const TranslationStringType &group = groups.at(number);
-        const QString error = writeDocument(name, errors, [&](QXmlStreamWriter &writer) {
+        QString error = writeDocument(name, errors, [&](QXmlStreamWriter &writer) {
             return WidgetLibraryPluginUtils::studioGalleryFromMetaInformation(m_meta, writer, m_languageId,
                                                                               group, type);
         });
@@ -348,7 +348,7 @@ QString GenerationRun::generateDocuments(const WidgetLibraryPluginData &plugin, 
     const QString path = join(m_dirPath, id);
     const QString unfinishedName = id + unfinishedSuffix;
     const QString unfinishedPath = join(m_dirPath, unfinishedName);
-    const QString creatingError = QStringLiteral("Error creating directory %1").arg(path);
+    QString creatingError = QStringLiteral("Error creating directory %1").arg(path);
     // A file or link may stand in the way: removing the stale and the orphans looks for folders.
     if (!removeEntry(m_dirPath, unfinishedName) || !removeEntry(m_dirPath, id)) {
         return creatingError;

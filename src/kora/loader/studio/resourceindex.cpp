@@ -29,7 +29,7 @@ const QLatin1String libraryVersionKey("libraryVersion");
 
 QString readFile(const QString &path, QByteArray &bytes)
 {
-    const QString error = QStringLiteral("%1 opening error").arg(path);
+    QString error = QStringLiteral("%1 opening error").arg(path);
     // A pipe or a device would block or never end.
     if (!QFileInfo(path).isFile()) {
         logResourceError(QString(), QStringLiteral("Index %1 is not a file").arg(path));
@@ -96,7 +96,7 @@ QString readDocument(const QString &path, const QByteArray &bytes, Index &index)
     }
     const QJsonArray array = root.toArray();
     for (const QJsonValue &element : array) {
-        const QString error = readElement(element, index);
+        QString error = readElement(element, index);
         if (!error.isEmpty()) {
             return error;
         }
