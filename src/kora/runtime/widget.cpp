@@ -128,7 +128,8 @@ void WidgetPrivate::setFieldValue(const QString &fieldId, const QVariant &value,
     }
 
     const QPointer<WidgetPrivate> self(this);
-    const QString changedId = fieldId; // the caller's text may belong to an item that a receiver deletes
+    // The caller's text may belong to an item that a receiver deletes.
+    const QString changedId = fieldId; // NOLINT(performance-unnecessary-copy-initialization)
     if (!fromHost) {
         // Also for an equal value: the host learns of every write, for example to write it to a tag again.
         Q_EMIT fieldIsChanged(changedId, converted);
