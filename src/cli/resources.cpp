@@ -46,13 +46,7 @@ struct Row
 class ProgressLine
 {
 public:
-    explicit ProgressLine(PluginLoader &loader)
-    {
-        if (isatty(STDERR_FILENO)) {
-            QObject::connect(&loader, &PluginLoader::extraResourcesProgress, &loader,
-                             [this](int done, int total) { show(done, total); });
-        }
-    }
+    ProgressLine() = default;
     ~ProgressLine()
     {
         if (m_isShown) {
@@ -61,16 +55,16 @@ public:
     }
     Q_DISABLE_COPY_MOVE(ProgressLine)
 
-private:
     void show(int done, int total)
     {
         constexpr int many = 20;
-        if (total >= many) {
+        if (total >= many && isatty(STDERR_FILENO)) {
             m_isShown = true;
             (void)std::fprintf(stderr, "\rkora: documents of %d of %d plugins", done, total);
         }
     }
 
+private:
     bool m_isShown = false;
 };
 
@@ -207,8 +201,9 @@ int generateResources(PluginLoader &loader, LogCollector &log, const QString &ou
 {
     bool isDone = false;
     if (loader.init()) {
-        const ProgressLine progress(loader);
-        isDone = loader.generateStudioExtraResources(outDir, language);
+        ProgressLine line;
+        isDone = loader.generateStudioExtraResources(
+            outDir, language, [&line](int done, int total) { line.show(done, total); });
         loader.deinit();
     }
     QVector<Row> rows = rowsOf(plan);

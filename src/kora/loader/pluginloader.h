@@ -8,6 +8,8 @@
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
 
+#include <functional>
+
 #include <kora/export.h>
 #include <kora/loader/plugindata.h>
 
@@ -77,6 +79,9 @@ public:
         QString reason;
     };
 
+    /// Told how many of the plugins whose documents are generated are done.
+    using ExtraResourceProgress = std::function<void(int done, int total)>;
+
     /// Keeps the folder @p dirPath up to date with the loaded plugins: the file index.json, and per plugin a
     /// folder named by its id with the documents that the design tool reads, in @p languageId. The folder is this
     /// function's own: other folders in it are removed. It is created when it does not exist.
@@ -88,6 +93,9 @@ public:
     /// A document folder appears whole or not at all, and the index is replaced at once: a run that is killed is
     /// made good by the next. Call it after init().
     bool generateStudioExtraResources(const QString &dirPath, const QString &languageId);
+    /// The same; @p progress is called after each plugin whose documents were generated.
+    bool generateStudioExtraResources(const QString &dirPath, const QString &languageId,
+                                      const ExtraResourceProgress &progress);
     /// What that call would do, by name; nothing is written or removed.
     QVector<ExtraResourceAction> checkStudioExtraResources(const QString &dirPath,
                                                            const QString &languageId) const;
@@ -99,10 +107,6 @@ public:
     /// Replaces the file at once. On failure it is as it was; what is no file and stands in its place is removed.
     static bool writeExtraResourcesIndexFile(const QString &indexPath,
                                              const QMap<QString, ExtraResourceData> &index);
-
-Q_SIGNALS:
-    /// generateStudioExtraResources() is done with @p done of the @p total plugins whose documents it generates.
-    void extraResourcesProgress(int done, int total);
 
 private:
     bool refuseWhenInit() const;

@@ -18,7 +18,7 @@ int roundToPixel(qreal value)
     if (std::isnan(value)) {
         return 0;
     }
-    constexpr qreal farthest = 1e9;
+    constexpr qreal farthest = 2e9; // in the range of int
     return qRound(std::clamp(value, -farthest, farthest));
 }
 

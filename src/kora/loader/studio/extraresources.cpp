@@ -209,7 +209,7 @@ public:
     void forgetStaleInFile() const;
     void removeStale();
     void removeOrphans();
-    void generate(const std::function<void(int done, int total)> &progress);
+    void generate(const PluginLoader::ExtraResourceProgress &progress);
 
     /// The names of the folders that could not be removed or generated.
     const QSet<QString> &failed() const { return m_failed; }
@@ -363,7 +363,7 @@ QString GenerationRun::generateDocuments(const WidgetLibraryPluginData &plugin, 
     return error;
 }
 
-void GenerationRun::generate(const std::function<void(int done, int total)> &progress)
+void GenerationRun::generate(const PluginLoader::ExtraResourceProgress &progress)
 {
     const QStringList ids = idsToGenerate();
     int done = 0;
@@ -376,7 +376,10 @@ void GenerationRun::generate(const std::function<void(int done, int total)> &pro
         } else {
             fail(id, error);
         }
-        progress(++done, ids.size());
+        ++done;
+        if (progress) {
+            progress(done, ids.size());
+        }
     }
 }
 
@@ -402,6 +405,12 @@ QString makeResourceFolder(const QString &dirPath)
 
 bool PluginLoader::generateStudioExtraResources(const QString &dirPath, const QString &languageId)
 {
+    return generateStudioExtraResources(dirPath, languageId, nullptr);
+}
+
+bool PluginLoader::generateStudioExtraResources(const QString &dirPath, const QString &languageId,
+                                                const ExtraResourceProgress &progress)
+{
     const QString error =
         m_isInit ? makeResourceFolder(dirPath)
                  : QStringLiteral("generateStudioExtraResources must be called after init function");
@@ -419,7 +428,7 @@ bool PluginLoader::generateStudioExtraResources(const QString &dirPath, const QS
     run.forgetStaleInFile();
     run.removeStale();
     run.removeOrphans();
-    run.generate([this](int done, int total) { Q_EMIT extraResourcesProgress(done, total); });
+    run.generate(progress);
 
     for (const QString &id : run.failed()) {
         delete m_pluginData.take(id);
