@@ -21,3 +21,4 @@ using CommandRun = std::function<int()>;
 void addListCommand(CLI::App &app, CommandRun &run);
 void addDescribeCommand(CLI::App &app, CommandRun &run);
 void addRenderCommand(CLI::App &app, CommandRun &run);
+void addResourcesCommand(CLI::App &app, CommandRun &run);

@@ -12,7 +12,7 @@
 namespace {
 
 const char descriptionC[] =
-    "Looks at widget libraries for HMI panels: plugin folders in, tables and pictures out.";
+    "Looks at widget libraries for HMI panels: plugin folders in, tables, pictures and documents out.";
 
 const char footerC[] =
     "Results go to standard output, errors to standard error.\n"
@@ -21,7 +21,8 @@ const char footerC[] =
     "Examples:\n"
     "  kora list plugins\n"
     "  kora describe plugins/<id> --format json\n"
-    "  kora render plugins/<id> --widget gauge --set value=75 --out pictures";
+    "  kora render plugins/<id> --widget gauge --set value=75 --out pictures\n"
+    "  kora resources plugins resources --language en-US";
 
 /// Sets the usage apart from the description above it.
 class HelpFormatter : public CLI::Formatter
@@ -55,6 +56,7 @@ int main(int argc, char **argv)
     addListCommand(app, run);
     addDescribeCommand(app, run);
     addRenderCommand(app, run);
+    addResourcesCommand(app, run);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &error) {

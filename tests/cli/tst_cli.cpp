@@ -119,6 +119,9 @@ private Q_SLOTS:
     void renderRefusesWhatDoesNotFit_data();
     void renderRefusesWhatDoesNotFit();
     void renderTellsWhatItCannotDo();
+    void resourcesTellsWhatBecameOfEachFolder();
+    void resourcesRefusesDirectoriesThatAreNotItsOwn_data();
+    void resourcesRefusesDirectoriesThatAreNotItsOwn();
 
 private:
     QString path(const QString &name) const { return m_dir->filePath(name); }
@@ -571,6 +574,73 @@ void tst_Cli::renderTellsWhatItCannotDo()
     QCOMPARE(result.exitCode, 1);
     QVERIFY2(result.err.contains(QStringLiteral("fields/type attribute is not valid")),
              qPrintable(result.err));
+}
+
+// A first run, a check of it, a check and a run in another language, with what is gone since.
+void tst_Cli::resourcesTellsWhatBecameOfEachFolder()
+{
+    QVERIFY(makePluginFolder(path(QStringLiteral("plugins/")) + lampsId, lampsId));
+    const auto run = [this](const char *language, const QStringList &more = {}) {
+        return kora(QStringList{QStringLiteral("resources"), path(QStringLiteral("plugins")),
+                                path(QStringLiteral("out")), QStringLiteral("--language"),
+                                QLatin1String(language)}
+                    + more);
+    };
+    const QStringList check{QStringLiteral("--check")};
+    Result result = run("en-US", check);
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(lineWith(result.out, lampsId), lampsId + QStringLiteral(" generate it is new"));
+    QVERIFY(!QFileInfo::exists(path(QStringLiteral("out"))));
+
+    result = run("en-US");
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.err, QString());
+    QVERIFY(result.out.endsWith(QStringLiteral("1 generated, 0 kept, 0 removed, 0 refused\n")));
+    QVERIFY(QFileInfo::exists(path(QStringLiteral("out/%1/studio_properties.xml").arg(lampsId))));
+    QCOMPARE(run("en-US", check).exitCode, 0);
+
+    QVERIFY(QDir().mkpath(path(QStringLiteral("out/orphan"))));
+    result = run("it-IT");
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(lineWith(result.out, lampsId), lampsId + QStringLiteral(" generated it was in en-US"));
+    QCOMPARE(lineWith(result.out, QStringLiteral("orphan")),
+             QStringLiteral("orphan removed the index does not name it"));
+
+    // What a plugin cannot have is told in its row, and the exit status says so.
+    QVERIFY(makePluginFolder(path(QStringLiteral("plugins/")) + unknownTypeId, unknownTypeId));
+    result = run("it-IT");
+    QCOMPARE(result.exitCode, 1);
+    QVERIFY(result.err.startsWith(QStringLiteral("kora: not every plugin was loaded\n")));
+    QCOMPARE(lineWith(result.out, lampsId).section(QLatin1Char(' '), 1, 1), QStringLiteral("kept"));
+}
+
+void tst_Cli::resourcesRefusesDirectoriesThatAreNotItsOwn_data()
+{
+    QTest::addColumn<QString>("outDir");
+    QTest::addColumn<QString>("reason");
+
+    const QString nested = QStringLiteral("and the plugins' directory lie one in the other");
+    QTest::newRow("the plugins' own") << QStringLiteral("plugins") << nested;
+    QTest::newRow("below it, by a link") << QStringLiteral("link/new/folder") << nested;
+    QTest::newRow("above it") << QString() << nested;
+    QTest::newRow("somebody's folder") << QStringLiteral("home") << QStringLiteral("is no resource folder");
+}
+
+void tst_Cli::resourcesRefusesDirectoriesThatAreNotItsOwn()
+{
+    QFETCH(const QString, outDir);
+    QFETCH(const QString, reason);
+    const QString library = libraryIn(path(QStringLiteral("plugins/")) + lampsId);
+    QVERIFY(makePluginFolder(path(QStringLiteral("plugins/")) + lampsId, lampsId));
+    QVERIFY(QFile::link(path(QStringLiteral("plugins")), path(QStringLiteral("link"))));
+    QVERIFY(QDir().mkpath(path(QStringLiteral("home/letters"))));
+    const Result result = kora({QStringLiteral("resources"), path(QStringLiteral("plugins")), path(outDir),
+                                QStringLiteral("--language"), QStringLiteral("en-US")});
+    QCOMPARE(result.exitCode, 1);
+    QCOMPARE(result.out, QString());
+    QVERIFY2(result.err.contains(reason), qPrintable(result.err));
+    QVERIFY(QFileInfo::exists(library));
+    QVERIFY(QFileInfo::exists(path(QStringLiteral("home/letters"))));
 }
 
 KORA_TEST_MAIN(tst_Cli)

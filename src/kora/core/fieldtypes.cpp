@@ -302,20 +302,24 @@ bool convertToImage(QVariant &value)
 }
 
 const FieldTypeTraits traitsTable[] = {
-    {"undefined", noText, noValue, failToConvert, nullptr, false, false},
-    {"string", stringToText, stringFromText, convertByQt<QMetaType::QString>, stringFromJson, true, false},
+    {"undefined", noText, noValue, failToConvert, nullptr, false, false, nullptr},
+    {"string", stringToText, stringFromText, convertByQt<QMetaType::QString>, stringFromJson, true, false,
+     "string"},
     {"stringList", stringListToText, stringListFromText, convertByQt<QMetaType::QStringList>,
-     stringListFromJson, true, false},
-    {"stringMap", stringMapToText, stringMapFromText, convertToStringMap, stringMapFromJson, true, false},
-    {"integer", integerToText, integerFromText, convertToInteger, integerFromJson, false, true},
-    {"double", doubleToText, doubleFromText, convertByQt<QMetaType::Double>, doubleFromJson, false, true},
-    {"bool", boolToText, boolFromText, convertByQt<QMetaType::Bool>, boolFromJson, false, true},
-    {"option", integerToText, integerFromText, convertToInteger, integerFromJson, false, true},
-    {"color", colorToText, colorFromText, convertByQt<QMetaType::QColor>, colorFromJson, false, false},
-    {"font", fontToText, fontFromText, convertToFont, fontValueFromJson, false, false},
-    {"image", imageToText, imageFromText, convertToImage, stringFromJson, false, false},
-    {"tag", noText, noValue, convertNothing, nullptr, false, false},
-    {"trend", noText, noValue, convertNothing, nullptr, false, false},
+     stringListFromJson, true, false, "mlStringList"},
+    {"stringMap", stringMapToText, stringMapFromText, convertToStringMap, stringMapFromJson, true, false,
+     "mlStringList"},
+    {"integer", integerToText, integerFromText, convertToInteger, integerFromJson, false, true, "integer"},
+    {"double", doubleToText, doubleFromText, convertByQt<QMetaType::Double>, doubleFromJson, false, true,
+     "float"},
+    {"bool", boolToText, boolFromText, convertByQt<QMetaType::Bool>, boolFromJson, false, true, "bool"},
+    {"option", integerToText, integerFromText, convertToInteger, integerFromJson, false, true, "mapidx:%1"},
+    {"color", colorToText, colorFromText, convertByQt<QMetaType::QColor>, colorFromJson, false, false,
+     "color"},
+    {"font", fontToText, fontFromText, convertToFont, fontValueFromJson, false, false, ""},
+    {"image", imageToText, imageFromText, convertToImage, stringFromJson, false, false, "image"},
+    {"tag", noText, noValue, convertNothing, nullptr, false, false, "datalinkOnly"},
+    {"trend", noText, noValue, convertNothing, nullptr, false, false, "datalinkOnly"},
 };
 
 } // namespace

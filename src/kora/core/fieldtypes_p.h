@@ -25,6 +25,9 @@ struct FieldTypeTraits
     /// The value is text, in one language or in several.
     bool isText;
     bool canBeUsedInRequirements;
+    /// The "attributeType" of the design tool's property, %1 standing for the options; empty for a font, which is
+    /// shown by its parts only. Null where a field of the type cannot be shown.
+    const char *studioAttributeType;
 };
 
 /// The row of a type; for a number that is no type the row of the undefined one.

@@ -13,11 +13,13 @@
 
 class QJsonObject;
 class QJsonValue;
+class QXmlStreamWriter;
 
 namespace KORA {
 namespace INTERNAL {
 
-/// Reads a widget library's metadata, and writes and reads the text forms of field values.
+/// Reads a widget library's metadata, writes and reads the text forms of field values, and writes the documents
+/// that the design tool shows the library with.
 ///
 /// Readers return 0 or an error code, whose text errorToString() gives. They assign their output only when all
 /// checks passed.
@@ -75,6 +77,31 @@ public:
     /// gives for the field, any other value as it is.
     static QVariant fieldValueCheckBeforeSet(int fieldType, const QVariant &value, const QString &fieldId,
                                              const WidgetMetaInformation &widget);
+
+    // The design tool's documents --------------------------------------------------------------------------
+    //
+    // Texts are written in @p languageId, or in the library's default language where they have none in it. Errors
+    // of the writer, such as characters that XML cannot hold, show in QXmlStreamWriter::hasError().
+
+    /// Who sees a gallery: the designer of a page, or the designer of the project.
+    enum GalleryType : int { PageGallery = 0, ProjectGallery = 1 };
+
+    /// Writes the property sheet of every widget, one element "g" each, for a root element that the caller opens
+    /// and closes. A field without a valid type gives the code of "type", with elements left open.
+    static int studioPropertiesFromMetaInformation(const WidgetLibraryPluginMetaInformation &meta,
+                                                   QXmlStreamWriter &writer, const QString &languageId);
+    /// Writes the list of the library's gallery pages; "%1" in the two formats stands for the number of the
+    /// gallery file, which counts the default group as 0 where that is used. Always 0.
+    static int studioDefaultsFromMetaInformation(const WidgetLibraryPluginMetaInformation &meta,
+                                                 QXmlStreamWriter &writer, const QString &languageId,
+                                                 const QString &pageFileFormat,
+                                                 const QString &projectPageFileFormat);
+    /// Writes a gallery page: the widgets of @p group in their latest versions, ready to be placed, and the table
+    /// of their texts. An unnamed group is the default group, "Basic". Writes nothing for an unknown gallery type
+    /// and returns the code of "showInProjectGallery".
+    static int studioGalleryFromMetaInformation(const WidgetLibraryPluginMetaInformation &meta,
+                                                QXmlStreamWriter &writer, const QString &languageId,
+                                                const TranslationStringType &group, GalleryType galleryType);
 };
 
 } // namespace INTERNAL

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QtCore/QDateTime>
 #include <QtCore/QMap>
 #include <QtCore/QObject>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
+#include <QtCore/QVector>
+
+#include <functional>
 
 #include <kora/export.h>
 #include <kora/loader/plugindata.h>
@@ -55,6 +59,54 @@ public:
     /// Whether the folder is named by a UUID and holds the libraries of all platforms, win32/x86, win32/x64,
     /// linux/arm32 and linux/arm64, whatever the platform that asks. Logs nothing.
     bool checkPluginDir(const QString &pluginDir);
+
+    // The design tool's resources --------------------------------------------------------------------------
+
+    /// What the documents of one plugin were generated from.
+    struct ExtraResourceData
+    {
+        QDateTime modification; ///< of the library file
+        QString languageId;
+        QString libraryVersion; ///< the version of the documents' form, "1.1.0"
+    };
+
+    /// What generateStudioExtraResources() does with one folder of the resources, and why.
+    struct ExtraResourceAction
+    {
+        enum Type { Keep, Generate, Remove };
+        QString name; ///< the folder's: the plugin id
+        Type type;
+        QString reason;
+    };
+
+    /// Told how many of the plugins whose documents are generated are done.
+    using ExtraResourceProgress = std::function<void(int done, int total)>;
+
+    /// Keeps the folder @p dirPath up to date with the loaded plugins: the file index.json, and per plugin a
+    /// folder named by its id with the documents that the design tool reads, in @p languageId. The folder is this
+    /// function's own: other folders in it are removed. It is created when it does not exist.
+    ///
+    /// False if anything failed; each failure is logged under "RESOURCES_GENERATION". A plugin whose documents
+    /// fail is dropped from the loader, without its hooks, and the others go on. When the call itself is wrong,
+    /// before init() or with a path that cannot be a folder, all plugins are unloaded.
+    ///
+    /// A document folder appears whole or not at all, and the index is replaced at once: a run that is killed is
+    /// made good by the next. Call it after init().
+    bool generateStudioExtraResources(const QString &dirPath, const QString &languageId);
+    /// The same; @p progress is called after each plugin whose documents were generated.
+    bool generateStudioExtraResources(const QString &dirPath, const QString &languageId,
+                                      const ExtraResourceProgress &progress);
+    /// What that call would do, by name; nothing is written or removed.
+    QVector<ExtraResourceAction> checkStudioExtraResources(const QString &dirPath,
+                                                           const QString &languageId) const;
+
+    /// Replaces @p index by the content of the file, plugin id to record. True, and @p index as it was, if there
+    /// is no such file; false, likewise, if it cannot be read or any part of it is not valid.
+    static bool readExtraResourcesIndexFile(const QString &indexPath,
+                                            QMap<QString, ExtraResourceData> &index);
+    /// Replaces the file at once. On failure it is as it was; what is no file and stands in its place is removed.
+    static bool writeExtraResourcesIndexFile(const QString &indexPath,
+                                             const QMap<QString, ExtraResourceData> &index);
 
 private:
     bool refuseWhenInit() const;

@@ -79,10 +79,11 @@ Debug::Debug(const Debug &other)
 {}
 
 // Copies on purpose: a moved-from message that holds text still emits its own line.
-// NOLINTNEXTLINE(performance-move-constructor-init,cert-oop11-cpp,bugprone-exception-escape)
+// NOLINTBEGIN(performance-*,cert-oop11-cpp)
 Debug::Debug(Debug &&other)
     : Debug(static_cast<const Debug &>(other))
 {}
+// NOLINTEND(performance-*,cert-oop11-cpp)
 
 Debug::~Debug() = default;
 

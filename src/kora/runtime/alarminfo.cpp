@@ -255,7 +255,7 @@ QDebug operator<<(QDebug debug, const AlarmInfo *alarm)
 
 QDebug operator<<(QDebug debug, const AlarmInfo &alarm)
 {
-    return debug << &alarm;
+    return std::move(debug) << &alarm;
 }
 
 } // namespace KORA

@@ -5,8 +5,6 @@
 #include <QtGui/QPainter>
 #include <QtWidgets/QStyleOptionGraphicsItem>
 
-#include <algorithm>
-
 #include <kora/runtime/widget.h>
 #include <kora/runtime/widgetactionmanager.h>
 
@@ -19,8 +17,11 @@ constexpr qreal largestIconExtent = 8192;
 
 QSize iconSize(const QSizeF &size)
 {
-    const auto extent = [](qreal value) { return qRound(std::clamp<qreal>(value, 0, largestIconExtent)); };
-    return {extent(size.width()), extent(size.height())};
+    if (size.isEmpty() || !qIsFinite(size.width()) || !qIsFinite(size.height())) {
+        return {};
+    }
+    const QSizeF bounded = size.boundedTo({largestIconExtent, largestIconExtent});
+    return bounded.toSize();
 }
 
 } // namespace

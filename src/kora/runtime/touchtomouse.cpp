@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace KORA {
 
@@ -19,7 +18,7 @@ int roundToPixel(qreal value)
     if (std::isnan(value)) {
         return 0;
     }
-    constexpr qreal farthest = std::numeric_limits<int>::max() / 2;
+    constexpr qreal farthest = 2e9; // in the range of int
     return qRound(std::clamp(value, -farthest, farthest));
 }
 

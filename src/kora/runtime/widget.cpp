@@ -128,12 +128,14 @@ void WidgetPrivate::setFieldValue(const QString &fieldId, const QVariant &value,
     }
 
     const QPointer<WidgetPrivate> self(this);
+    // The caller's text may belong to an item that a receiver deletes.
+    const QString changedId = fieldId; // NOLINT(performance-unnecessary-copy-initialization)
     if (!fromHost) {
         // Also for an equal value: the host learns of every write, for example to write it to a tag again.
-        Q_EMIT fieldIsChanged(fieldId, converted);
+        Q_EMIT fieldIsChanged(changedId, converted);
     }
     if (self && sendEvent && isChanged) {
-        announceChange(fieldId, converted, oldValue);
+        announceChange(changedId, converted, oldValue);
     }
 }
 
@@ -168,7 +170,7 @@ void WidgetPrivate::init()
     const QPointer<WidgetPrivate> self(this);
     InitEvent event{InitEventData()};
     deliverEvent(owner, event, &Widget::initEvent);
-    if (self) {
+    if (self && initialised) { // the handler may have stopped the widget
         forEachItem(
             *this, [](GraphicsObject *item) { INTERNAL::GraphicsObjectPrivateAccessor::priv(item)->init(); });
     }
@@ -183,7 +185,7 @@ void WidgetPrivate::deinit()
     const QPointer<WidgetPrivate> self(this);
     DeinitEvent event{DeinitEventData()};
     deliverEvent(owner, event, &Widget::deinitEvent);
-    if (self) {
+    if (self && !initialised) { // the handler may have started the widget
         forEachItem(*this, [](GraphicsObject *item) {
             INTERNAL::GraphicsObjectPrivateAccessor::priv(item)->deinit();
         });

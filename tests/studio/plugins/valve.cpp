@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <kora/kora.h>
+
+class ValveLibrary : public KORA::WidgetLibraryPlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID "org.Vako.KORA.WidgetLibrary" FILE "valve.json")
+    Q_INTERFACES(KORA::WidgetLibraryPlugin)
+};
+
+#include "valve.moc"
