@@ -14,6 +14,7 @@ function(kora_compile_settings target)
     endif()
     # AArch64 could compute a*b+c with one rounding, x86-64 with two: the same numbers and pictures on both.
     target_compile_options(${target} PRIVATE -ffp-contract=off)
+    target_compile_options(${target} PRIVATE -fstack-protector-strong)
     if(KORA_DEVELOPER_BUILD)
         target_compile_options(${target} PRIVATE -Werror)
     endif()

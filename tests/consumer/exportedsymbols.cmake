@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 #
-# The library exports its own names only, and is linked so that no entry of its tables can be rewritten.
+# The library exports its own names only, and is hardened: no entry of its tables can be rewritten, no code either, the
+# stack is guarded and holds no code.
 
 execute_process(COMMAND ${nm} -DC --defined-only ${library} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX MATCHALL "[^\n]+" symbols "${symbols}")
@@ -21,3 +22,13 @@ foreach(wanted IN ITEMS "GNU_RELRO" "BIND_NOW|Flags: NOW")
         message(FATAL_ERROR "${library} lacks ${wanted}")
     endif()
 endforeach()
+foreach(unwanted IN ITEMS "TEXTREL" "GNU_STACK[^\n]*RWE")
+    if(headers MATCHES "${unwanted}")
+        message(FATAL_ERROR "${library} has ${unwanted}")
+    endif()
+endforeach()
+
+execute_process(COMMAND ${nm} -D --undefined-only ${library} OUTPUT_VARIABLE imports COMMAND_ERROR_IS_FATAL ANY)
+if(NOT imports MATCHES "__stack_chk_fail")
+    message(FATAL_ERROR "${library} is built without stack protector")
+endif()

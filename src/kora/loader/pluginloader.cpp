@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <kora/loader/pluginloader.h>
+#include <kora/loader/pluginloader_p.h>
 
 #include <QtCore/QDir>
 #include <QtCore/QElapsedTimer>
@@ -167,100 +168,7 @@ QString LibraryOpener::readMetaInformation(const QString &expectedId)
     return {};
 }
 
-} // namespace
-
-PluginLoader::PluginLoader() = default;
-
-PluginLoader::~PluginLoader()
-{
-    unload();
-}
-
-bool PluginLoader::init()
-{
-    if (m_isInit || m_pluginData.isEmpty()) {
-        return false;
-    }
-    callHooks(&Plugin::aboutToLoad, &Plugin::load);
-    m_isInit = true;
-    return true;
-}
-
-bool PluginLoader::deinit()
-{
-    if (!m_isInit || m_pluginData.isEmpty()) {
-        return false;
-    }
-    callHooks(&Plugin::aboutToUnload, &Plugin::unload);
-    m_isInit = false;
-    return true;
-}
-
-void PluginLoader::callHooks(void (Plugin::*first)(), void (Plugin::*second)())
-{
-    // Two passes: every plugin has seen the first hook before any sees the second.
-    for (PluginData *plugin : qAsConst(m_pluginData)) {
-        (plugin->instance()->*first)();
-    }
-    for (PluginData *plugin : qAsConst(m_pluginData)) {
-        (plugin->instance()->*second)();
-    }
-}
-
-void PluginLoader::unload()
-{
-    deinit();
-    qDeleteAll(m_pluginData);
-    m_pluginData.clear();
-}
-
-PluginData *PluginLoader::pluginDataByPluginId(const QString &id) const
-{
-    return m_pluginData.value(id);
-}
-
-bool PluginLoader::refuseWhenInit() const
-{
-    if (m_isInit) {
-        generalWarning().debug().noquote() << QStringLiteral("The plugin loader is already inited");
-    }
-    return m_isInit;
-}
-
-bool PluginLoader::enterDir(const QString &dirPath, QDir &dir) const
-{
-    dir = QDir(QDir::currentPath());
-    const QString path = dir.absoluteFilePath(dirPath);
-    const bool exists = dir.cd(path);
-    if (!exists) {
-        generalWarning().debug() << "The folder" << path << "doesn't exists";
-    }
-    return exists;
-}
-
-bool PluginLoader::loadFromDir(const QString &dirPath, const QStringList &disabledIds)
-{
-    QDir dir;
-    if (refuseWhenInit() || !enterDir(dirPath, dir)) {
-        return false;
-    }
-    bool result = true;
-    const QStringList folders = dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    for (const QString &folder : folders) {
-        if (!loadFolder(QDir(dir.absoluteFilePath(folder)), disabledIds)) {
-            result = false;
-        }
-    }
-    return result;
-}
-
-bool PluginLoader::loadFromPluginDir(const QString &pluginDir)
-{
-    QDir dir;
-    return !refuseWhenInit() && enterDir(pluginDir, dir) && loadFolder(dir, {});
-}
-
-bool PluginLoader::loadFolder(const QDir &folder, const QStringList &disabledIds)
+bool loadFolder(PluginLoader &loader, const QDir &folder, const QStringList &disabledIds)
 {
     const QString path = folder.absolutePath();
     const QString id = folder.dirName();
@@ -273,21 +181,126 @@ bool PluginLoader::loadFolder(const QDir &folder, const QStringList &disabledIds
                         .arg(id, path));
         return true;
     }
-    if (const PluginData *loaded = pluginDataByPluginId(id)) {
+    if (const PluginData *loaded = loader.pluginDataByPluginId(id)) {
         logCritical(id,
                     QStringLiteral("A plugin with the id %1 is already loaded from path %2. The folder %3 "
                                    "has not been loaded")
                         .arg(id, loaded->libraryPath(), path));
         return false;
     }
-    return loadFromPluginPath(ownLibraryPath(folder), id);
+    return loader.loadFromPluginPath(ownLibraryPath(folder), id);
+}
+
+} // namespace
+
+void PluginLoaderPrivate::callHooks(void (Plugin::*first)(), void (Plugin::*second)())
+{
+    // Two passes: every plugin has seen the first hook before any sees the second.
+    for (PluginData *plugin : qAsConst(pluginData)) {
+        (plugin->instance()->*first)();
+    }
+    for (PluginData *plugin : qAsConst(pluginData)) {
+        (plugin->instance()->*second)();
+    }
+}
+
+bool PluginLoaderPrivate::refuseWhenInit() const
+{
+    if (isInit) {
+        generalWarning().debug().noquote() << QStringLiteral("The plugin loader is already inited");
+    }
+    return isInit;
+}
+
+bool PluginLoaderPrivate::enterDir(const QString &dirPath, QDir &dir) const
+{
+    dir = QDir(QDir::currentPath());
+    const QString path = dir.absoluteFilePath(dirPath);
+    const bool exists = dir.cd(path);
+    if (!exists) {
+        generalWarning().debug() << "The folder" << path << "doesn't exists";
+    }
+    return exists;
+}
+
+PluginLoader::PluginLoader()
+    : d(std::make_unique<PluginLoaderPrivate>())
+{}
+
+PluginLoader::~PluginLoader()
+{
+    unload();
+}
+
+bool PluginLoader::init()
+{
+    if (d->isInit || d->pluginData.isEmpty()) {
+        return false;
+    }
+    d->callHooks(&Plugin::aboutToLoad, &Plugin::load);
+    d->isInit = true;
+    return true;
+}
+
+bool PluginLoader::deinit()
+{
+    if (!d->isInit || d->pluginData.isEmpty()) {
+        return false;
+    }
+    d->callHooks(&Plugin::aboutToUnload, &Plugin::unload);
+    d->isInit = false;
+    return true;
+}
+
+void PluginLoader::unload()
+{
+    deinit();
+    qDeleteAll(d->pluginData);
+    d->pluginData.clear();
+}
+
+bool PluginLoader::isInit() const
+{
+    return d->isInit;
+}
+
+const QMap<QString, PluginData *> &PluginLoader::pluginData() const
+{
+    return d->pluginData;
+}
+
+PluginData *PluginLoader::pluginDataByPluginId(const QString &id) const
+{
+    return d->pluginData.value(id);
+}
+
+bool PluginLoader::loadFromDir(const QString &dirPath, const QStringList &disabledIds)
+{
+    QDir dir;
+    if (d->refuseWhenInit() || !d->enterDir(dirPath, dir)) {
+        return false;
+    }
+    bool result = true;
+    const QStringList folders = dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString &folder : folders) {
+        if (!loadFolder(*this, QDir(dir.absoluteFilePath(folder)), disabledIds)) {
+            result = false;
+        }
+    }
+    return result;
+}
+
+bool PluginLoader::loadFromPluginDir(const QString &pluginDir)
+{
+    QDir dir;
+    return !d->refuseWhenInit() && d->enterDir(pluginDir, dir) && loadFolder(*this, dir, {});
 }
 
 bool PluginLoader::loadFromPluginPath(const QString &libraryPath, const QString &expectedId)
 {
     QElapsedTimer timer;
     timer.start();
-    if (refuseWhenInit()) {
+    if (d->refuseWhenInit()) {
         return false;
     }
     const QString path = QFileInfo(libraryPath).absoluteFilePath();
@@ -302,7 +315,7 @@ bool PluginLoader::loadFromPluginPath(const QString &libraryPath, const QString 
     const PluginMetaInformation &meta = *plugin->metaInformation();
     // A record that stood under the id is deliberately not destroyed: its widgets may be in use. The folder
     // loaders refuse duplicates before.
-    m_pluginData.insert(meta.id(), plugin);
+    d->pluginData.insert(meta.id(), plugin);
     logInfo(meta.id(), QStringLiteral("Plugin %1 (v%2) loaded, author %3")
                            .arg(meta.id(), meta.version().version(), meta.author()));
     return true;

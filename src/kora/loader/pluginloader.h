@@ -9,14 +9,15 @@
 #include <QtCore/QVector>
 
 #include <functional>
+#include <memory>
 
 #include <kora/export.h>
 #include <kora/loader/plugindata.h>
 
-class QDir;
-
 namespace KORA {
 namespace INTERNAL {
+
+class PluginLoaderPrivate;
 
 /// Loads widget libraries from plugin folders, keeps a record of each, and drives their life-cycle hooks.
 ///
@@ -41,10 +42,10 @@ public:
     /// deinit(), then releases every plugin. The libraries' code stays mapped: widgets that still live keep
     /// working.
     void unload();
-    bool isInit() const { return m_isInit; }
+    bool isInit() const;
 
     /// Plugin id to record; the loader owns the records.
-    const QMap<QString, PluginData *> &pluginData() const { return m_pluginData; }
+    const QMap<QString, PluginData *> &pluginData() const;
     /// The record of the id, compared to the letter, or null.
     PluginData *pluginDataByPluginId(const QString &id) const;
 
@@ -109,13 +110,7 @@ public:
                                              const QMap<QString, ExtraResourceData> &index);
 
 private:
-    bool refuseWhenInit() const;
-    bool enterDir(const QString &dirPath, QDir &dir) const;
-    bool loadFolder(const QDir &folder, const QStringList &disabledIds);
-    void callHooks(void (KORA::Plugin::*first)(), void (KORA::Plugin::*second)());
-
-    bool m_isInit = false;
-    QMap<QString, PluginData *> m_pluginData;
+    std::unique_ptr<PluginLoaderPrivate> d;
 };
 
 } // namespace INTERNAL

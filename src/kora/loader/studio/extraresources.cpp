@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <kora/loader/pluginloader.h>
+#include <kora/loader/pluginloader_p.h>
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -412,8 +413,8 @@ bool PluginLoader::generateStudioExtraResources(const QString &dirPath, const QS
                                                 const ExtraResourceProgress &progress)
 {
     const QString error =
-        m_isInit ? makeResourceFolder(dirPath)
-                 : QStringLiteral("generateStudioExtraResources must be called after init function");
+        d->isInit ? makeResourceFolder(dirPath)
+                  : QStringLiteral("generateStudioExtraResources must be called after init function");
     if (!error.isEmpty()) {
         logResourceError(QString(), error);
         unload();
@@ -424,14 +425,14 @@ bool PluginLoader::generateStudioExtraResources(const QString &dirPath, const QS
     Index index;
     const bool isRead = readExtraResourcesIndexFile(indexPath, index);
 
-    GenerationRun run(path, languageId, m_pluginData, index);
+    GenerationRun run(path, languageId, d->pluginData, index);
     run.forgetStaleInFile();
     run.removeStale();
     run.removeOrphans();
     run.generate(progress);
 
     for (const QString &id : run.failed()) {
-        delete m_pluginData.take(id);
+        delete d->pluginData.take(id);
         index.remove(id);
         removeEntry(path, id);
     }
@@ -448,7 +449,7 @@ PluginLoader::checkStudioExtraResources(const QString &dirPath, const QString &l
     const QString path = QDir(dirPath).absolutePath();
     Index index;
     readExtraResourcesIndexFile(join(path, indexName), index);
-    return GenerationRun(path, languageId, m_pluginData, index).plan();
+    return GenerationRun(path, languageId, d->pluginData, index).plan();
 }
 
 } // namespace INTERNAL
