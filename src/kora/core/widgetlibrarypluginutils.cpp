@@ -212,9 +212,7 @@ int WidgetReader::checkRequirements()
 {
     for (const FieldMetaInformation &field : qAsConst(m_widget.fields)) {
         QStringList fieldIds;
-        if (!field.requirements().isEmpty() && !scanRequirements(field.requirements(), fieldIds)) {
-            return FieldRequirementsNotValid;
-        }
+        scanRequirements(field.requirements(), fieldIds); // an empty text names none, others are valid by now
         for (const QString &fieldId : qAsConst(fieldIds)) {
             if (!canBeRequired(fieldId)) {
                 return FieldRequirementsNotValid;

@@ -50,6 +50,7 @@ bool GraphicsObjectPrivate::touchToMouse(QTouchEvent *touch)
         return false;
     }
     const int pointId = touch->touchPoints().constFirst().id();
+    const QPointer<GraphicsObject> guard(owner); // each handler may delete the item
     bool isAccepted = false;
     switch (touch->type()) {
     case QEvent::TouchBegin: {
@@ -58,9 +59,11 @@ bool GraphicsObjectPrivate::touchToMouse(QTouchEvent *touch)
         }
         QGraphicsSceneMouseEvent mouse(QEvent::GraphicsSceneMousePress);
         fillMouseEvent(mouse, *touch, Qt::LeftButton, Qt::LeftButton);
-        trackedTouchPointId = pointId; // before the handler, which may delete the item
         owner->mousePressEvent(&mouse);
         isAccepted = mouse.isAccepted();
+        if (guard) {
+            trackedTouchPointId = pointId;
+        }
         break;
     }
     case QEvent::TouchUpdate: {
@@ -73,9 +76,11 @@ bool GraphicsObjectPrivate::touchToMouse(QTouchEvent *touch)
     case QEvent::TouchEnd: {
         QGraphicsSceneMouseEvent mouse(QEvent::GraphicsSceneMouseRelease);
         fillMouseEvent(mouse, *touch, Qt::LeftButton, Qt::NoButton);
-        trackedTouchPointId = noTouchPoint;
         owner->mouseReleaseEvent(&mouse);
         isAccepted = mouse.isAccepted();
+        if (guard) {
+            trackedTouchPointId = noTouchPoint;
+        }
         break;
     }
     default:
