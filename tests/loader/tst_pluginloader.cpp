@@ -17,6 +17,7 @@
 #include <support/testmain.h>
 
 #include "pluginfolders.h"
+#include "runtime/recording.h"
 
 using KORA::INTERNAL::PluginData;
 using KORA::INTERNAL::PluginLoader;
@@ -67,24 +68,6 @@ QStringList takeLoadingLines(LogRecorder &log)
 {
     return log.takeTexts().filter(QStringLiteral(" PLUGIN_LOADING "));
 }
-
-class Host : public KORA::INTERNAL::WidgetActionManagerImpl
-{
-public:
-    QVariant getTagValue(const QString &) const override { return {}; }
-    QVariant getTrendValue(const QString &, const QDateTime &, const QDateTime &, unsigned int,
-                           KORA::WidgetActionManager::TrendTimeFormat) const override
-    {
-        return {};
-    }
-    QVector<KORA::AlarmInfo> getAlarms() const override { return {}; }
-    void resetAlarm(const QString &) override {}
-    void resetAllAlarms() override {}
-    void acknowAlarm(const QString &) override {}
-    void acknowAllAlarms() override {}
-    bool isInsideProjectEditor() const override { return false; }
-    bool isInsideDevProject() const override { return false; }
-};
 
 std::unique_ptr<KORA::Widget> makeGauge(PluginData *data, KORA::INTERNAL::WidgetActionManagerImpl *host)
 {
@@ -597,7 +580,7 @@ void TestPluginLoader::twinFoldersOfOneFile()
         errorLine(otherPath, QStringLiteral("the id %1 is not equal to the folder name %2").arg(own, other));
     QCOMPARE(log.takeTexts(),
              ownFirst ? (QStringList{loadedLine(own), refused}) : (QStringList{refused, loadedLine(own)}));
-    Host host;
+    RecordingHost host;
     const std::unique_ptr<KORA::Widget> gauge = makeGauge(loader.pluginDataByPluginId(own), &host);
     QVERIFY(gauge);
     const std::unique_ptr<KORA::WidgetActionManager> manager(gauge->widgetActionManager());
@@ -644,7 +627,7 @@ void TestPluginLoader::widgetsOutliveTheLoader()
     const QByteArray library = PluginFolders::readFile(KORA_TEST_LIBRARY_fixture_deletable);
     QVERIFY(!folders.put(id, patched(library, builtId(), id.toLatin1())).isEmpty());
     LogRecorder log;
-    Host host;
+    RecordingHost host;
     std::unique_ptr<KORA::Widget> gauge;
     {
         PluginLoader loader;
