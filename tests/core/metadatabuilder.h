@@ -4,6 +4,7 @@
 #pragma once
 
 #include <kora/core/translationstringtype.h>
+#include <kora/core/widgetlibrarypluginutils.h>
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
@@ -120,6 +121,22 @@ inline QString notation(const QList<TranslationStringType> &texts)
     for (const TranslationStringType &text : texts)
         lines << notation(text);
     return lines.join(QLatin1Char('\n'));
+}
+
+/// Reads one widget on its own.
+inline int parseWidget(const QJsonValue &json, KORA::INTERNAL::WidgetMetaInformation &widget)
+{
+    QList<KORA::INTERNAL::TranslationStringType> translations;
+    return KORA::INTERNAL::WidgetLibraryPluginUtils::infoFromMetaDataParseWidget(json, widget, pluginId,
+                                                                                 "en-US"_s, translations);
+}
+
+/// Reads one field on its own.
+inline int parseField(const QJsonValue &json, KORA::INTERNAL::FieldMetaInformation &field)
+{
+    QList<KORA::INTERNAL::TranslationStringType> translations;
+    return KORA::INTERNAL::WidgetLibraryPluginUtils::infoFromMetaDataParseField(json, field, pluginId,
+                                                                                "en-US"_s, translations);
 }
 
 } // namespace MetaData

@@ -8,11 +8,12 @@
 #include <support/testmain.h>
 
 #include <QtCore/QElapsedTimer>
-#include <QtCore/QRegularExpression>
 #include <QtGui/QColor>
 #include <QtTest/QtTest>
 
 using namespace KORA::INTERNAL;
+using MetaData::parseField;
+using MetaData::parseWidget;
 using Info = WidgetLibraryPluginMetaInformation;
 using Utils = WidgetLibraryPluginUtils;
 using StringMap = QMap<int, QString>;
@@ -20,32 +21,6 @@ using StringMap = QMap<int, QString>;
 namespace {
 
 const auto english = "en-US"_s;
-
-int parseWidget(const QJsonValue &json, WidgetMetaInformation &widget)
-{
-    QList<TranslationStringType> translations;
-    return Utils::infoFromMetaDataParseWidget(json, widget, MetaData::pluginId, english, translations);
-}
-
-int parseField(const QJsonValue &json, FieldMetaInformation &field)
-{
-    QList<TranslationStringType> translations;
-    return Utils::infoFromMetaDataParseField(json, field, MetaData::pluginId, english, translations);
-}
-
-int requirementsCode(const QString &requirements)
-{
-    QJsonObject json = MetaData::field("integer"_s);
-    json.insert("requirements"_s, requirements);
-    FieldMetaInformation field;
-    return parseField(json, field);
-}
-
-/// The texts of the groups, in one language.
-QString names(const QList<TranslationStringType> &groups)
-{
-    return MetaData::notation(groups);
-}
 
 QVector<int> numbers(const QVector<TagType> &types)
 {
@@ -59,14 +34,6 @@ class tst_WidgetMetaData : public QObject
     Q_OBJECT
 
 private slots:
-    void typesHaveNames();
-    void theLatestVersionIsByNumber();
-    void fieldAccessByType_data();
-    void fieldAccessByType();
-    void translatableTextsStandInOrder();
-    void galleryGroupsComeFromTheLatestVersions();
-    void clearingKeepsTheGalleryGroups();
-
     void otherCodesAreThoseOfAnyPlugin();
     void aLibraryIsRefused_data();
     void aLibraryIsRefused();
@@ -74,12 +41,6 @@ private slots:
     void aFieldIsRefused();
     void fieldChecksRunInOrder_data();
     void fieldChecksRunInOrder();
-    void requirementsNameFieldsOfTheWidget_data();
-    void requirementsNameFieldsOfTheWidget();
-    void requirementsLanguage_data();
-    void requirementsLanguage();
-    void requirementsAreReadLikeTheExpression();
-    void requirementsOfAnyLength();
 
     void aWidgetIsRead();
     void aWidgetNeedsLittle();
@@ -95,168 +56,6 @@ private slots:
     void aLaterWidgetReplacesItsTwin();
     void aLibraryParsesInLinearTime();
 };
-
-// The model ------------------------------------------------------------------------------------------------
-
-void tst_WidgetMetaData::typesHaveNames()
-{
-    const QStringList fieldTypes =
-        "undefined string stringList stringMap integer double bool option color font image tag trend"_s.split(
-            QLatin1Char(' '));
-    for (int type = 0; type < fieldTypes.size(); ++type) {
-        QCOMPARE(Info::fieldTypeToString(FieldType(type)), fieldTypes[type]);
-        QCOMPARE(int(Info::fieldTypeFromString(fieldTypes[type])), type);
-        QCOMPARE(int(Info::fieldTypeFromString(fieldTypes[type].toUpper())), type);
-        QCOMPARE(Info::fieldTypeCanBeUsedInARequirementsExpression(FieldType(type)), type >= 4 && type <= 7);
-    }
-    const QStringList tagTypes =
-        " bool byte short int ubyte ushort uint uint64 int64 float double string arraybool arraybyte "
-        "arrayshort arrayint arrayubyte arrayushort arrayuint arrayuint64 arrayint64 arrayfloat "
-        "arraydouble"_s.split(QLatin1Char(' '));
-    QCOMPARE(tagTypes.size(), 24);
-    for (int type = 0; type < tagTypes.size(); ++type) {
-        QCOMPARE(Info::tagTypeToString(TagType(type)), tagTypes[type]);
-        QCOMPARE(int(Info::tagTypeFromString(tagTypes[type])), type);
-        // Unlike field types, tag types are compared with case.
-        QCOMPARE(int(Info::tagTypeFromString(tagTypes[type].toUpper())), 0);
-    }
-    for (const int unknown : {-1, 13})
-        QCOMPARE(Info::fieldTypeToString(FieldType(unknown)), QString());
-    for (const int unknown : {-1, 24})
-        QCOMPARE(Info::tagTypeToString(TagType(unknown)), QString());
-    QCOMPARE(int(Info::fieldTypeFromString("string "_s)), 0);
-    QCOMPARE(int(Info::fieldTypeFromString(QString())), 0);
-}
-
-void tst_WidgetMetaData::theLatestVersionIsByNumber()
-{
-    const QJsonArray widgets = {MetaData::widget("{'version': '1.10.0'}"_s),
-                                MetaData::widget("{'version': '1.9.0'}"_s),
-                                MetaData::widget("{'id': 'a', 'version': '0.0.1'}"_s)};
-    Info info;
-    QCOMPARE(Utils::metaInformationFromMetaData(MetaData::plugin(widgets), info), 0);
-    QCOMPARE(info.widgets().size(), 3);
-    const QMap<QString, WidgetMetaInformation> latest = info.widgetsLatestVersion();
-    QCOMPARE(latest.keys().join(QLatin1Char(',')), "a,gauge"_s);
-    QCOMPARE(latest.value("gauge"_s).version().version(), "1.10.0"_s);
-}
-
-void tst_WidgetMetaData::fieldAccessByType_data()
-{
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<bool>("multiLanguage");
-    QTest::addColumn<bool>("hasFont");
-
-    for (int type = FieldTypeString; type <= FieldTypeTrend; ++type) {
-        const QString name = Info::fieldTypeToString(FieldType(type));
-        QTest::newRow(qPrintable(name)) << name << false << false;
-        if (type <= FieldTypeStringMap)
-            QTest::newRow(qPrintable("multi-language "_s + name)) << name << true << true;
-    }
-}
-
-void tst_WidgetMetaData::fieldAccessByType()
-{
-    QFETCH(QString, type);
-    QFETCH(bool, multiLanguage);
-    QFETCH(bool, hasFont);
-    const QString patch = "{'multiLanguage': true, %1}"_s.arg(MetaData::fontLabels);
-    WidgetMetaInformation widget;
-    QCOMPARE(
-        parseWidget(MetaData::widget(QString(), {MetaData::field(type, multiLanguage ? patch : QString())}),
-                    widget),
-        0);
-    const QMap<QString, FieldInfo> table = widget.fieldInfo();
-    QCOMPARE(table.keys().join(QLatin1Char(',')), hasFont ? "f,f.font"_s : "f"_s);
-    const FieldInfo info = table.value("f"_s);
-    QCOMPARE(info.setFieldValueIsEnabled(), !hasFont);
-    QVERIFY(info.getFieldValueIsEnabled() && !info.isAdditionalInformation());
-    QCOMPARE(info.fieldType(), Info::fieldTypeFromString(type));
-    QCOMPARE(info.metaType(), int(QMetaType::UnknownType));
-    if (!hasFont)
-        return;
-    const FieldInfo font = table.value("f.font"_s);
-    QVERIFY(!font.setFieldValueIsEnabled() && font.getFieldValueIsEnabled()
-            && font.isAdditionalInformation());
-    QCOMPARE(font.fieldType(), info.fieldType());
-    QCOMPARE(font.metaType(), int(QMetaType::QFont));
-}
-
-void tst_WidgetMetaData::translatableTextsStandInOrder()
-{
-    const QJsonArray widgets = {
-        MetaData::widget("{'id': 'b', 'display': 'B', 'description': 'Plant'}"_s),
-        MetaData::widget(
-            "{'id': 'a', 'display': ['A', 'note'], 'description': 'D', 'galleryGroupName': 'G'}"_s,
-            {MetaData::field("option"_s, "{'id': 'z', 'display': 'A'}"_s),
-             MetaData::field("string"_s,
-                             "{'id': 'y', 'display': 'Y', 'description': 'YD', 'group': 'YG',"
-                             " 'multiLanguage': true, 'defaultValue': 'YV', %1}"_s.arg(MetaData::fontLabels)),
-             MetaData::field("string"_s, "{'defaultValue': 'not translated'}"_s)})};
-    Info info;
-    QCOMPARE(Utils::metaInformationFromMetaData(MetaData::plugin(widgets), info), 0);
-    QCOMPARE(MetaData::notation(info.translatableStrings(english)).remove("en-US="_s),
-             "Plant\nA | note\nD\nG\nF\nY\nYD\nYG\nFamily\nSize\nBold\nStyle\nUnderline\nYV\n"
-             "A\nOff\nOn\nB"_s);
-    QCOMPARE(info.translatableStrings("it-IT"_s), QList<TranslationStringType>());
-}
-
-void tst_WidgetMetaData::galleryGroupsComeFromTheLatestVersions()
-{
-    const auto parse = [](Info &info, const QString &changes) {
-        QJsonArray widgets;
-        for (const QJsonValue &change : MetaData::json(changes).toArray()) {
-            const QByteArray patch = QJsonDocument(change.toObject()).toJson();
-            widgets << MetaData::widget(QString::fromUtf8(patch));
-        }
-        return Utils::metaInformationFromMetaData(MetaData::plugin(widgets), info);
-    };
-    Info info;
-    QCOMPARE(
-        parse(info,
-              "[{'id': 'd', 'galleryGroupName': 'Old', 'showInPageGallery': true},"
-              " {'id': 'd', 'version': '1.10.0', 'galleryGroupName': 'Tanks', 'showInPageGallery': true},"
-              " {'id': 'd', 'version': '1.9.0', 'galleryGroupName': 'Older', 'showInPageGallery': true},"
-              " {'id': 'c', 'galleryGroupName': ['Tanks', 'other'], 'showInPageGallery': true},"
-              " {'id': 'b', 'galleryGroupName': 'Pumps', 'showInPageGallery': true, "
-              "'showInProjectGallery': true},"
-              " {'id': 'a', 'galleryGroupName': 'Tanks', 'showInPageGallery': true},"
-              " {'id': 'e', 'galleryGroupName': 'Hidden'},"
-              " {'id': 'f'},"
-              " {'id': 'g', 'galleryGroupName': '', 'showInProjectGallery': true}]"_s),
-        0);
-    QCOMPARE(names(info.pageWidgetsGalleryGroups()), "en-US=Tanks\nen-US=Pumps\nen-US=Tanks | other"_s);
-    QCOMPARE(names(info.projectWidgetsGalleryGroups()), "en-US=Pumps"_s);
-    QVERIFY(!info.pageWidgetsDefaultGalleryGroupIsUsed());
-    QVERIFY(info.projectWidgetsDefaultGalleryGroupIsUsed());
-
-    Info other;
-    QCOMPARE(parse(other, "[{'id': 'a', 'showInPageGallery': true}]"_s), 0);
-    QCOMPARE(names(other.pageWidgetsGalleryGroups()) + names(other.projectWidgetsGalleryGroups()), QString());
-    QVERIFY(other.pageWidgetsDefaultGalleryGroupIsUsed());
-    QVERIFY(!other.projectWidgetsDefaultGalleryGroupIsUsed());
-}
-
-void tst_WidgetMetaData::clearingKeepsTheGalleryGroups()
-{
-    const QJsonArray widgets = {
-        MetaData::widget("{'galleryGroupName': 'Page', 'showInPageGallery': true}"_s),
-        MetaData::widget("{'id': 'b', 'galleryGroupName': 'Project', 'showInProjectGallery': true}"_s),
-        MetaData::widget("{'id': 'c', 'showInPageGallery': true, 'showInProjectGallery': true}"_s)};
-    Info info;
-    QCOMPARE(Utils::metaInformationFromMetaData(MetaData::plugin(widgets), info), 0);
-    info.clear();
-    QVERIFY(info.widgets().isEmpty() && info.widgetsLatestVersion().isEmpty());
-    QVERIFY(info.id().isEmpty() && info.name().isEmpty() && !info.version().isValid());
-    QCOMPARE(names(info.pageWidgetsGalleryGroups()), "en-US=Page"_s);
-    QCOMPARE(names(info.projectWidgetsGalleryGroups()), "en-US=Project"_s);
-    QVERIFY(info.pageWidgetsDefaultGalleryGroupIsUsed() && info.projectWidgetsDefaultGalleryGroupIsUsed());
-
-    // Read anew, nothing of the former library is left.
-    QCOMPARE(Utils::metaInformationFromMetaData(MetaData::plugin(QJsonArray()), info), 0);
-    QCOMPARE(names(info.pageWidgetsGalleryGroups()) + names(info.projectWidgetsGalleryGroups()), QString());
-    QVERIFY(!info.pageWidgetsDefaultGalleryGroupIsUsed() && !info.projectWidgetsDefaultGalleryGroupIsUsed());
-}
 
 // What is refused ------------------------------------------------------------------------------------------
 
@@ -529,111 +328,6 @@ void tst_WidgetMetaData::fieldChecksRunInOrder()
 }
 
 // Requirements ---------------------------------------------------------------------------------------------
-
-void tst_WidgetMetaData::requirementsNameFieldsOfTheWidget_data()
-{
-    QTest::addColumn<QString>("requirements");
-    QTest::addColumn<int>("code");
-    QTest::newRow("fields of each type that counts") << "i && d>0.5 || b==true && o<3" << 0;
-    QTest::newRow("a field that comes later") << "z" << 0;
-    QTest::newRow("values are no fields") << "i==17 && b==false" << 0;
-    QTest::newRow("a name like a value") << "true==true" << 10038;
-    QTest::newRow("a missing field") << "nothing" << 10038;
-    QTest::newRow("a missing field among others") << "i && d && nothing && b" << 10038;
-    QTest::newRow("names have case") << "I" << 10038;
-    QTest::newRow("a string field") << "s" << 10038;
-    QTest::newRow("a tag field") << "i || t==1" << 10038;
-    QTest::newRow("a color field") << "c" << 10038;
-}
-
-void tst_WidgetMetaData::requirementsNameFieldsOfTheWidget()
-{
-    QFETCH(QString, requirements);
-    QJsonArray fields = {MetaData::field("image"_s, "{'requirements': '%1'}"_s.arg(requirements))};
-    for (const char *field :
-         {"i integer", "d double", "b bool", "o option", "s string", "t tag", "c color", "z bool"}) {
-        const QStringList parts = QString::fromUtf8(field).split(QLatin1Char(' '));
-        fields << MetaData::field(parts[1], "{'id': '%1'}"_s.arg(parts[0]));
-    }
-    LogRecorder log;
-    WidgetMetaInformation widget;
-    QTEST(parseWidget(MetaData::widget(QString(), fields), widget), "code");
-    QCOMPARE(widget.fields().value("f"_s).requirements(), widget.isValid() ? requirements : QString());
-    log.takeLines();
-}
-
-void tst_WidgetMetaData::requirementsLanguage_data()
-{
-    QTest::addColumn<QString>("requirements");
-    QTest::addColumn<bool>("accepted");
-
-    const auto rows = [](bool accepted, std::initializer_list<const char *> texts) {
-        for (const char *text : texts)
-            QTest::newRow(qPrintable(QString::fromUtf8(text).replace(QLatin1Char('\n'), "\\n"_s)))
-                << text << accepted;
-    };
-    rows(true, {"a", "_", "9", "a ", "a&&b", "a || b", "a&& b", "a ||b", "a==1", "a == 1", "a <-12", "a> +0",
-                "a==1.50", "a==true", "a==false&&b||c<2", "true", "a==true && true==false",
-                "a_very_long_identifier_of_forty_letters_", "backgroundColorIsEnabled==true"});
-    rows(false,
-         {"",           " ",       " a",     "a  ",     "a\n",     "a==1\n", "a==1 ", "a b",    "a&b",
-          "a&&",        "&&a",     "a&&&&b", "a  &&b",  "a&&  b",  "a=1",    "a===1", "a!=1",   "a>=1",
-          "speed >= 3", "a==",     "a==b",   "a==TRUE", "a==-1.5", "a==1.",  "a==.5", "a==1e3", "a== -  1",
-          "a==1 1",     "a== --1", "(a)",    "!a",      "a.b",     "a-b",    "é",     "a\t&&b", "a==١"});
-}
-
-void tst_WidgetMetaData::requirementsLanguage()
-{
-    QFETCH(QString, requirements);
-    QFETCH(bool, accepted);
-    LogRecorder log;
-    QCOMPARE(requirementsCode(requirements), accepted ? 0 : 10038);
-    log.takeLines();
-}
-
-// The language is defined by this expression, which Qt's engine can only run on short texts.
-void tst_WidgetMetaData::requirementsAreReadLikeTheExpression()
-{
-    static const QRegularExpression expression(QRegularExpression::anchoredPattern(
-        R"(^(?:(?:[a-zA-Z\d_]+)+(?:(?: ){0,1}(?:==|<|>){1}(?: ){0,1}(?:[\+-]{0,1}[\d]+|[\d]+\.[\d]+|true|false){1}){0,1})"
-        R"((?: ){0,1}(?:&&|\|\|){1}(?: ){0,1})*(?:(?:[a-zA-Z\d_]+)+(?: ){0,1}(?:(?:==|<|>){1}(?: ){0,1})"
-        R"((?:[\+-]{0,1}[\d]+|[\d]+\.[\d]+|true|false){1}){0,1}){1}$)"_s));
-    LogRecorder log;
-    int accepted = 0;
-    const auto compare = [&](const QStringList &tokens, int length) {
-        int count = 1;
-        for (int i = 0; i < length; ++i)
-            count *= tokens.size();
-        for (int number = 0; number < count; ++number) {
-            QString text;
-            for (int i = 0, rest = number; i < length; ++i, rest /= tokens.size())
-                text += tokens[rest % tokens.size()];
-            const bool matches = expression.match(text).hasMatch();
-            accepted += matches;
-            if ((requirementsCode(text) == 0) != matches)
-                return text;
-        }
-        log.takeLines();
-        return QString();
-    };
-    const QStringList all = "a;1;_;true;==;<;=;&&;||;&;+;-;.; ;\n"_s.split(QLatin1Char(';'));
-    for (int length = 1; length <= 4; ++length)
-        QCOMPARE(compare(all, length), QString());
-    QCOMPARE(compare("a;1;==;&&;.; "_s.split(QLatin1Char(';')), 6), QString());
-    QVERIFY(accepted > 1000);
-}
-
-void tst_WidgetMetaData::requirementsOfAnyLength()
-{
-    LogRecorder log;
-    const auto longId = QString(100000, QLatin1Char('a'));
-    QCOMPARE(requirementsCode(longId + "==true"_s), 0);
-    QCOMPARE(requirementsCode(longId + QLatin1Char('!')), 10038);
-    const auto conditions = "a==1 && b||"_s.repeated(50000);
-    QCOMPARE(requirementsCode(conditions + QLatin1Char('c')), 0);
-    QCOMPARE(requirementsCode(conditions), 10038);
-    log.takeLines();
-}
 
 // What is read ---------------------------------------------------------------------------------------------
 
