@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <support/logrecorder.h>
+
 #include <QtCore/QFileInfo>
 #include <QtTest/QTest>
 
@@ -14,9 +16,11 @@ class PlantLibrary
 public:
     PlantLibrary()
     {
+        LogRecorder log;
         KORA::INTERNAL::koraInit(QIcon());
         m_loader.loadFromPluginPath(QStringLiteral(KORA_TEST_LIBRARY_plant), QString());
         m_loader.init();
+        log.takeLines(); // that it was loaded
     }
 
     /// Null if it could not be loaded.

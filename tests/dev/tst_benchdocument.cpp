@@ -4,6 +4,8 @@
 #include <support/logrecorder.h>
 #include <support/testmain.h>
 
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QSignalSpy>
 
@@ -38,6 +40,7 @@ class TestBenchDocument : public QObject
 private slots:
     void initTestCase()
     {
+        qRegisterMetaType<PlacedWidget::Origin>();
         m_plant = std::make_unique<PlantLibrary>();
         QVERIFY(m_plant->data());
     }
@@ -144,7 +147,8 @@ void TestBenchDocument::modeSwitchKeepsWhatThePluginWrote()
     document.setRunning(widget, false);
     QPointer<GraphicsObject> item = widget->item();
     QVERIFY(widget->widget()->widgetActionManager()->isInsideProjectEditor());
-    WidgetPrivateAccessor::priv(widget->widget())->setFieldValue(decimals, 4, true, true); // as if the plugin did
+    WidgetPrivateAccessor::priv(widget->widget())
+        ->setFieldValue(decimals, 4, true, true); // as if the plugin did
     QSignalSpy instances(widget, &PlacedWidget::instanceChanged);
 
     document.setMode(BenchMode::Runtime);
@@ -246,7 +250,7 @@ void TestBenchDocument::scenarioRoundTripsThroughAFile()
     for (const WidgetMetaInformation &info : widgets) {
         document.place(info.id(), info.version().version(), {300, 200});
     }
-    PlacedWidget *widget = document.widgets().first();
+    PlacedWidget *widget = document.place(gauge, version, {400, 240});
     document.setBinding(widget, QStringLiteral("value"), QStringLiteral("Speed"));
     document.setLocked(widget, true);
     PageState page;
@@ -303,7 +307,8 @@ void TestBenchDocument::scenarioFaultsAreAllNamed()
     file.close();
     problems.clear();
     QVERIFY(!Scenario::load(file.fileName(), scenario, problems));
-    QVERIFY2(problems.value(0).startsWith(file.fileName() + QStringLiteral(":2: ")), qPrintable(problems.value(0)));
+    QVERIFY2(problems.value(0).startsWith(file.fileName() + QStringLiteral(":2: ")),
+             qPrintable(problems.value(0)));
 }
 
 void TestBenchDocument::unfitValuesAreDroppedAndNamed()
@@ -311,8 +316,9 @@ void TestBenchDocument::unfitValuesAreDroppedAndNamed()
     BenchDocument document(m_plant->data());
     document.place(gauge, version, {400, 240});
     Scenario scenario = document.toScenario();
-    scenario.widgets[0].values = {
-        {QStringLiteral("speedLimit"), 7}, {decimals, QStringLiteral("many")}, {QStringLiteral("value"), 1.5}};
+    scenario.widgets[0].values = {{QStringLiteral("speedLimit"), 7},
+                                  {decimals, QStringLiteral("many")},
+                                  {QStringLiteral("value"), 1.5}};
     scenario.widgets[0].bindings = {{QStringLiteral("gone"), QStringLiteral("Speed")}};
     scenario.language = QStringLiteral("xx-XX");
     QStringList dropped;
@@ -355,7 +361,8 @@ void TestBenchDocument::brokenInstancesKeepTheirStateAndSayWhy()
     QVERIFY(widget->item());
 
     BenchDocument withoutPlugin(nullptr);
-    QCOMPARE(withoutPlugin.place(gauge, version, {1, 1})->problem().rule, QStringLiteral("plugin-not-loaded"));
+    QCOMPARE(withoutPlugin.place(gauge, version, {1, 1})->problem().rule,
+             QStringLiteral("plugin-not-loaded"));
 }
 
 void TestBenchDocument::valuesKeepEveryDigit()
@@ -377,7 +384,8 @@ void TestBenchDocument::valuesKeepEveryDigit()
         {FieldTypeFont, font},
         {FieldTypeString, QString::fromUtf8("a\n\"\xE2\x82\xAC\"")},
         {FieldTypeStringList, QStringList({QString(), QStringLiteral(",")})},
-        {FieldTypeStringMap, QVariant::fromValue(QMap<int, QString>{{-1, QStringLiteral("x")}, {10, QString()}})},
+        {FieldTypeStringMap,
+         QVariant::fromValue(QMap<int, QString>{{-1, QStringLiteral("x")}, {10, QString()}})},
         {FieldTypeImage, QVariant()},
         {FieldTypeImage, QString(QLatin1String(""))},
         {FieldTypeTag, 3},
@@ -388,7 +396,8 @@ void TestBenchDocument::valuesKeepEveryDigit()
         const QByteArray text = QJsonDocument(QJsonArray{fieldValueToJson(row.type, row.value)}).toJson();
         QVariant read;
         QString problem;
-        QVERIFY2(fieldValueFromJson(row.type, QJsonDocument::fromJson(text).array().first(), read, problem), text);
+        QVERIFY2(fieldValueFromJson(row.type, QJsonDocument::fromJson(text).array().first(), read, problem),
+                 text);
         QCOMPARE(read.userType(), row.value.userType());
         QCOMPARE(QJsonDocument(QJsonArray{fieldValueToJson(row.type, read)}).toJson(), text);
         if (row.type != FieldTypeStringMap) {
@@ -428,7 +437,8 @@ void TestBenchDocument::runningCallsAreReadableFromOutside()
     QVERIFY(CallTrace::instance().open(path));
     {
         PluginCall outer(nullptr, ActivityEntry::Event, QStringLiteral("tank1"), QStringLiteral("initEvent"));
-        PluginCall inner(nullptr, ActivityEntry::HostWrite, QStringLiteral("tank2"), QString(300, QLatin1Char('x')));
+        PluginCall inner(nullptr, ActivityEntry::HostWrite, QStringLiteral("tank2"),
+                         QString(300, QLatin1Char('x')));
         const QStringList calls = CallTrace::runningCalls(path);
         QCOMPARE(calls.size(), 2);
         QCOMPARE(calls.first(), QStringLiteral("initEvent of tank1"));

@@ -10,6 +10,13 @@
 namespace KORA {
 namespace DEV {
 
+struct TagDefinition
+{
+    QString name;
+    int type = 0;
+    QVariant value;
+};
+
 class KORA_EXPORT TagTable : public QObject
 {
     Q_OBJECT
@@ -25,6 +32,8 @@ public:
         }
         return true;
     }
+
+    bool add(const TagDefinition &definition, QString *) { return setValue(definition.name, definition.value); }
 
 Q_SIGNALS:
     void valueChanged(const QString &tag, const QVariant &value);
