@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QtCore/QPointer>
+#include <QtCore/QMap>
+#include <QtCore/QPair>
 #include <QtCore/QTimer>
 #include <QtCore/QVector>
+#include <QtGui/QIcon>
 #include <QtWidgets/QWidget>
 
 #include <kora/export.h>
