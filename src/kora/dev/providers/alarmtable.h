@@ -52,6 +52,8 @@ public:
     bool reset(const QString &name) { return act(AlarmStates::Reset, name); }
     bool setDisabled(const QString &name, bool isDisabled);
     bool act(AlarmStates::Action action, const QString &name);
+    void acknowledgeAll() { actOnAll(AlarmStates::Acknowledge); }
+    void resetAll() { actOnAll(AlarmStates::Reset); }
     /// The same for all alarms.
     bool actOnAll(AlarmStates::Action action);
 
