@@ -74,8 +74,9 @@ void StudioTool::press(const QMouseEvent &event)
     m_startSelection = m_document->selection();
     const Handle handle = handleAt(event.localPos());
     if (handle) {
+        m_state = State::PressedHandle;
         m_handle = handle;
-        begin(State::Resizing, {resizable()});
+        m_pressed = resizable();
     } else if (PlacedWidget *widget = widgetAt(event.localPos())) {
         pressWidget(widget);
     } else {
@@ -112,13 +113,16 @@ void StudioTool::setModifiers(Qt::KeyboardModifiers modifiers)
 void StudioTool::update(const QPointF &position)
 {
     m_position = position;
-    const QPointF travelled = m_view->viewportTransform().map(m_position)
-                              - m_view->viewportTransform().map(m_pressPosition);
+    const QPointF travelled =
+        m_view->viewportTransform().map(m_position) - m_view->viewportTransform().map(m_pressPosition);
+    // A click that trembles is no drag.
     const bool isDrag = travelled.manhattanLength() >= QApplication::startDragDistance();
-    if (m_state == State::PressedWidget && isDrag) {
+    if (isDrag && m_state == State::PressedWidget) {
         beginMove();
-    } else if (m_state == State::PressedPage && isDrag) {
+    } else if (isDrag && m_state == State::PressedPage) {
         m_state = State::Marquee;
+    } else if (isDrag && m_state == State::PressedHandle) {
+        begin(State::Resizing, {m_pressed});
     }
     switch (m_state) {
     case State::Moving:
@@ -185,13 +189,24 @@ void StudioTool::begin(State state, const QVector<PlacedWidget *> &widgets)
     m_startGeometries = geometriesOf(widgets);
     m_startRect = united(m_startGeometries);
     m_gesture = m_document->newGesture();
+    m_stepsBefore = m_document->undoStack()->index();
+    m_snapper = snapperWithout(widgets);
+}
+
+Snapper StudioTool::snapperWithout(const QVector<PlacedWidget *> &widgets) const
+{
     QVector<QRectF> neighbours;
     for (PlacedWidget *widget : m_document->widgets()) {
         if (widget->isVisible() && !widgets.contains(widget)) {
             neighbours.append(widget->geometry());
         }
     }
-    m_snapper = Snapper(m_document->page(), neighbours);
+    return Snapper(m_document->page(), neighbours);
+}
+
+QPointF StudioTool::snapOffset(const QRectF &rect) const
+{
+    return snapperWithout({}).offsetOfObject(rect, snapTolerance());
 }
 
 void StudioTool::beginMove()
@@ -246,8 +261,8 @@ void StudioTool::applyGeometries(const QVector<QRectF> &geometries)
         m_document->setGeometries(m_dragged, geometries, m_gesture);
     }
     if (m_state != State::Idle) { // the widget may have been removed by what it does when it is resized
-        m_guides = m_modifiers.testFlag(Qt::ControlModifier) ? QVector<Guide>()
-                                                             : m_snapper.guides(draggedRect());
+        m_guides =
+            m_modifiers.testFlag(Qt::ControlModifier) ? QVector<Guide>() : m_snapper.guides(draggedRect());
     }
     Q_EMIT overlayChanged();
 }
@@ -277,10 +292,22 @@ void StudioTool::cancel()
     const State state = m_state;
     if (state == State::Moving || state == State::Resizing) {
         m_document->setGeometries(m_dragged, m_startGeometries, m_gesture);
+        dropStep();
     } else if (state == State::Marquee) {
         m_document->setSelection(m_startSelection);
     }
     finish();
+}
+
+/// The step of a cancelled drag does nothing any more; the stack deletes it instead of undoing it.
+void StudioTool::dropStep()
+{
+    QUndoStack *stack = m_document->undoStack();
+    const int last = stack->index() - 1;
+    if (last == m_stepsBefore) {
+        const_cast<QUndoCommand *>(stack->command(last))->setObsolete(true);
+        stack->undo();
+    }
 }
 
 void StudioTool::finish()
@@ -342,7 +369,7 @@ Handle StudioTool::handleAt(const QPointF &position) const
 
 Qt::CursorShape StudioTool::cursorAt(const QPointF &position) const
 {
-    if (m_state == State::Resizing) {
+    if (m_state == State::Resizing || m_state == State::PressedHandle) {
         return HandleFrame::cursorShape(m_handle);
     }
     if (m_state == State::Moving) {
@@ -366,9 +393,8 @@ QString StudioTool::label() const
     const bool isResize = m_state == State::Resizing;
     const QString now = isResize ? numbers(rect.width(), QStringLiteral(" x "), rect.height())
                                  : numbers(rect.x(), QStringLiteral(", "), rect.y());
-    const QPointF change =
-        isResize ? QPointF(rect.width() - start.width(), rect.height() - start.height())
-                 : rect.topLeft() - start.topLeft();
+    const QPointF change = isResize ? QPointF(rect.width() - start.width(), rect.height() - start.height())
+                                    : rect.topLeft() - start.topLeft();
     return QStringLiteral("%1 (%2, %3)").arg(now, signedNumber(change.x()), signedNumber(change.y()));
 }
 
@@ -399,7 +425,8 @@ QRegion StudioTool::region() const
     }
     for (const Guide &guide : m_guides) {
         const bool isVertical = guide.orientation == Qt::Vertical;
-        const QPointF from = isVertical ? QPointF(guide.position, guide.from) : QPointF(guide.from, guide.position);
+        const QPointF from =
+            isVertical ? QPointF(guide.position, guide.from) : QPointF(guide.from, guide.position);
         const QPointF to = isVertical ? QPointF(guide.position, guide.to) : QPointF(guide.to, guide.position);
         result += toViewport(QRectF(from, to)).toAlignedRect().adjusted(-2, -2, 2, 2);
     }

@@ -51,6 +51,8 @@ public:
     /// The topmost visible widget there; null if none. A point of the viewport.
     PlacedWidget *widgetAt(const QPointF &position) const;
     Qt::CursorShape cursorAt(const QPointF &position) const;
+    /// By how much to move a new widget at @p rect of the page to bring it into line.
+    QPointF snapOffset(const QRectF &rect) const;
 
     void paint(QPainter &painter) const;
     /// What paint() draws on.
@@ -64,7 +66,7 @@ Q_SIGNALS:
     void activated(KORA::DEV::PlacedWidget *widget);
 
 private:
-    enum class State { Idle, PressedWidget, Moving, Resizing, PressedPage, Marquee };
+    enum class State { Idle, PressedWidget, Moving, PressedHandle, Resizing, PressedPage, Marquee };
 
     QPointF toPage(const QPointF &position) const;
     QRectF toViewport(const QRectF &rect) const;
@@ -76,12 +78,14 @@ private:
 
     void pressWidget(PlacedWidget *widget);
     void update(const QPointF &position);
+    Snapper snapperWithout(const QVector<PlacedWidget *> &widgets) const;
     void begin(State state, const QVector<PlacedWidget *> &widgets);
     void beginMove();
     void updateMove();
     void updateResize();
     void updateMarquee();
     void applyGeometries(const QVector<QRectF> &geometries);
+    void dropStep();
     void finish();
     void clickWidget();
     void restoreDefaultSize(PlacedWidget *widget);
@@ -110,6 +114,7 @@ private:
     QRectF m_startRect; // round all that is dragged
     QVector<PlacedWidget *> m_startSelection;
     int m_gesture = 0;
+    int m_stepsBefore = 0; // undo steps before the drag
     Snapper m_snapper;
     QVector<Guide> m_guides;
 };
