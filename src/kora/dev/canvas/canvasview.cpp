@@ -1,0 +1,836 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <kora/dev/canvas/canvasview.h>
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QMimeData>
+#include <QtGui/QPainter>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QScrollBar>
+#include <QtWidgets/QToolTip>
+
+#include <algorithm>
+#include <cmath>
+
+#include <kora/core/widgetlibrarypluginmetainformation.h>
+#include <kora/dev/canvas/pagepainter.h>
+#include <kora/dev/canvas/studiotool.h>
+#include <kora/dev/canvas/touchemulator.h>
+#include <kora/dev/canvas/widgetcard.h>
+#include <kora/dev/model/benchdocument.h>
+#include <kora/dev/model/plugincall.h>
+#include <kora/loader/plugindata.h>
+
+namespace KORA {
+namespace DEV {
+
+namespace {
+
+constexpr double zoomSteps[] = {0.1, 0.25, 0.33, 0.5, 0.67, 0.75, 1, 1.25, 1.5, 2, 3, 4, 8, 16};
+constexpr double zoomPerNotch = 1.25;
+constexpr double pixelGridZoom = 8;
+constexpr qreal fitMargin = 24;
+constexpr qreal wheelNotch = 120;
+constexpr qreal scrollPerNotch = 60;
+const QSizeF fallbackSize(120, 80); // what a widget without a default size is placed at
+
+bool isInput(QEvent::Type type)
+{
+    switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::Wheel:
+    case QEvent::ContextMenu:
+    case QEvent::Leave:
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::TouchCancel:
+    case QEvent::Gesture:
+    case QEvent::GestureOverride:
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::DragLeave:
+    case QEvent::Drop:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// Moves come by the hundred and say little.
+bool isWorthRecording(QEvent::Type type)
+{
+    switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::TouchBegin:
+    case QEvent::TouchEnd:
+    case QEvent::KeyPress:
+        return true;
+    default:
+        return false;
+    }
+}
+
+QString eventName(QEvent::Type type)
+{
+    return QString::fromLatin1(QMetaEnum::fromType<QEvent::Type>().valueToKey(type));
+}
+
+QPointF eventPosition(const QEvent &event, const QPointF &otherwise)
+{
+    switch (event.type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+        return static_cast<const QMouseEvent &>(event).localPos();
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd: {
+        const auto &points = static_cast<const QTouchEvent &>(event).touchPoints();
+        return points.isEmpty() ? otherwise : points.constFirst().pos();
+    }
+    default:
+        return otherwise;
+    }
+}
+
+} // namespace
+
+CanvasView::CanvasView(BenchDocument *document, QWidget *parent)
+    : QGraphicsView(document->scene(), parent)
+    , m_document(document)
+    , m_edits(document)
+    , m_studio(new StudioTool(document, this))
+    , m_touch(new TouchEmulator(viewport()))
+{
+    setObjectName(QStringLiteral("canvas"));
+    setAccessibleName(tr("Canvas"));
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::StrongFocus);
+    setAcceptDrops(true);
+    setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    setTransformationAnchor(QGraphicsView::NoAnchor);
+    setResizeAnchor(QGraphicsView::NoAnchor);
+    setViewportUpdateMode(QGraphicsView::SmartViewportUpdate);
+    setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing | QPainter::SmoothPixmapTransform);
+    setOptimizationFlag(QGraphicsView::IndirectPainting); // drawItems() tells whose paint() runs
+    viewport()->setMouseTracking(true);
+    viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
+
+    m_overlayTimer.setSingleShot(true);
+    m_overlayTimer.setInterval(0);
+    connect(&m_overlayTimer, &QTimer::timeout, this, &CanvasView::updateOverlay);
+    connect(m_studio, &StudioTool::overlayChanged, this, &CanvasView::updateOverlay);
+    connect(m_studio, &StudioTool::message, this, &CanvasView::message);
+    connect(m_studio, &StudioTool::activated, this, &CanvasView::activated);
+    connect(m_touch, &TouchEmulator::fingersMoved, this, &CanvasView::updateOverlay);
+    connect(&m_edits, &SelectionEdits::message, this, &CanvasView::message);
+    connectDocument();
+    applyMode();
+}
+
+CanvasView::~CanvasView()
+{
+    // The viewport, and the emulator with it, outlives this class's own part.
+    m_touch->disconnect(this);
+    m_studio->disconnect(this);
+}
+
+void CanvasView::connectDocument()
+{
+    connect(m_document, &BenchDocument::widgetAdded, this, &CanvasView::watch);
+    connect(m_document, &BenchDocument::widgetAboutToBeRemoved, this, [this] { m_overlayTimer.start(); });
+    connect(m_document, &BenchDocument::selectionChanged, this, [this] { m_overlayTimer.start(); });
+    connect(m_document, &BenchDocument::modeChanged, this, &CanvasView::applyMode);
+    connect(m_document, &BenchDocument::loaded, this, &CanvasView::applyMode);
+    connect(m_document, &BenchDocument::pageChanged, this, [this] {
+        updateSceneRect();
+        applyFit();
+        viewport()->update();
+    });
+    for (PlacedWidget *widget : m_document->widgets()) {
+        watch(widget);
+    }
+}
+
+void CanvasView::watch(PlacedWidget *widget)
+{
+    connect(widget, &PlacedWidget::changed, &m_overlayTimer, QOverload<>::of(&QTimer::start));
+    connect(widget, &PlacedWidget::instanceChanged, &m_overlayTimer, QOverload<>::of(&QTimer::start));
+    m_overlayTimer.start();
+}
+
+bool CanvasView::isStudio() const
+{
+    return m_document->mode() == BenchMode::Studio;
+}
+
+void CanvasView::applyMode()
+{
+    cancelGesture();
+    m_isPanning = m_spaceIsDown = false;
+    setInteractive(!isStudio());
+    setFocusPolicy(Qt::StrongFocus);
+    m_touch->setHovering(emulatesTouch() && viewport()->underMouse());
+    updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+    viewport()->update();
+}
+
+void CanvasView::setTouchEmulation(bool isOn)
+{
+    m_touch->cancel();
+    m_touchIsEmulated = isOn;
+    m_touch->setHovering(emulatesTouch() && viewport()->underMouse());
+}
+
+void CanvasView::cancelGesture()
+{
+    m_studio->cancel();
+    m_touch->cancel();
+}
+
+// View -----------------------------------------------------------------------------------------------------
+
+void CanvasView::setZoom(double zoom, const QPointF &anchor)
+{
+    const double wanted = qBound(smallestZoom, zoom, largestZoom);
+    const QPointF point = viewportTransform().inverted().map(anchor);
+    const bool isOther = !qFuzzyCompare(wanted, this->zoom());
+    m_fit = m_isFitting ? m_fit : Fit::None;
+    setTransform(QTransform::fromScale(wanted, wanted));
+    updateSceneRect();
+    scrollBy(viewportTransform().map(point) - anchor);
+    viewport()->update();
+    if (isOther) {
+        Q_EMIT zoomChanged(wanted);
+    }
+}
+
+void CanvasView::setZoom(double zoom)
+{
+    setZoom(zoom, QRectF(viewport()->rect()).center());
+}
+
+void CanvasView::zoomIn()
+{
+    constexpr double sameStep = 1.001;
+    const auto *next = std::upper_bound(std::cbegin(zoomSteps), std::cend(zoomSteps), zoom() * sameStep);
+    setZoom(next == std::cend(zoomSteps) ? largestZoom : *next);
+}
+
+void CanvasView::zoomOut()
+{
+    constexpr double sameStep = 0.999;
+    const auto *next = std::lower_bound(std::cbegin(zoomSteps), std::cend(zoomSteps), zoom() * sameStep);
+    setZoom(next == std::cbegin(zoomSteps) ? smallestZoom : *(next - 1));
+}
+
+void CanvasView::fitPage()
+{
+    m_fit = Fit::Page;
+    applyFit();
+}
+
+void CanvasView::fitSelection()
+{
+    QRectF rect;
+    for (const PlacedWidget *widget : m_document->selection()) {
+        rect |= widget->geometry();
+    }
+    if (rect.isEmpty()) {
+        fitPage();
+    } else {
+        m_fit = Fit::None;
+        showRect(rect);
+    }
+}
+
+void CanvasView::applyFit()
+{
+    if (m_fit == Fit::Page) {
+        m_isFitting = true;
+        showRect(QRectF(QPointF(), m_document->page().size));
+        m_isFitting = false;
+    }
+}
+
+void CanvasView::showRect(const QRectF &rect)
+{
+    const QRectF room = QRectF(viewport()->rect()).adjusted(fitMargin, fitMargin, -fitMargin, -fitMargin);
+    if (room.isEmpty()) {
+        return;
+    }
+    setZoom(std::min(room.width() / rect.width(), room.height() / rect.height()));
+    scrollBy(viewportTransform().map(rect.center()) - QRectF(viewport()->rect()).center());
+}
+
+/// Leaves room round the page, so that every point of it can be brought to every point of the view.
+void CanvasView::updateSceneRect()
+{
+    const QSizeF room = QSizeF(viewport()->size()) / zoom();
+    setSceneRect(QRectF(QPointF(), m_document->page().size)
+                     .adjusted(-room.width(), -room.height(), room.width(), room.height()));
+}
+
+void CanvasView::scrollBy(const QPointF &delta)
+{
+    horizontalScrollBar()->setValue(horizontalScrollBar()->value() + qRound(delta.x()));
+    verticalScrollBar()->setValue(verticalScrollBar()->value() + qRound(delta.y()));
+}
+
+QJsonObject CanvasView::viewState() const
+{
+    const QPointF centre = viewportTransform().inverted().map(QRectF(viewport()->rect()).center());
+    QJsonObject state{{QStringLiteral("fit"), m_fit == Fit::Page}};
+    state.insert(QStringLiteral("zoom"), zoom());
+    state.insert(QStringLiteral("centre"), QJsonArray{centre.x(), centre.y()});
+    return state;
+}
+
+void CanvasView::setViewState(const QJsonObject &state)
+{
+    if (state.value(QStringLiteral("fit")).toBool(true)) {
+        fitPage();
+        return;
+    }
+    const QJsonArray centre = state.value(QStringLiteral("centre")).toArray();
+    const QPointF point(centre.at(0).toDouble(), centre.at(1).toDouble());
+    setZoom(state.value(QStringLiteral("zoom")).toDouble(1));
+    scrollBy(viewportTransform().map(point) - QRectF(viewport()->rect()).center());
+}
+
+void CanvasView::resizeEvent(QResizeEvent *event)
+{
+    QGraphicsView::resizeEvent(event);
+    updateSceneRect();
+    applyFit();
+}
+
+void CanvasView::scrollContentsBy(int dx, int dy)
+{
+    QGraphicsView::scrollContentsBy(dx, dy);
+    // What was painted over the scene moved with it; fingers, labels and elided cards do not belong there.
+    viewport()->update();
+}
+
+void CanvasView::wheelEvent(QWheelEvent *event)
+{
+    const QPointF angle = event->angleDelta();
+    if (event->modifiers().testFlag(Qt::ControlModifier)) {
+        setZoom(zoom() * std::pow(zoomPerNotch, angle.y() / wheelNotch), event->position());
+        event->accept();
+        return;
+    }
+    if (!isStudio()) {
+        QGraphicsView::wheelEvent(event);
+        return;
+    }
+    QPointF delta =
+        event->pixelDelta().isNull() ? angle / wheelNotch * scrollPerNotch : QPointF(event->pixelDelta());
+    if (event->modifiers().testFlag(Qt::ShiftModifier) && delta.x() == 0) {
+        delta = {delta.y(), 0};
+    }
+    m_fit = Fit::None;
+    scrollBy(-delta);
+    event->accept();
+}
+
+bool CanvasView::panPress(const QMouseEvent &event)
+{
+    const bool isPan =
+        event.button() == Qt::MiddleButton || (event.button() == Qt::LeftButton && m_spaceIsDown);
+    if (isPan) {
+        m_isPanning = true;
+        m_fit = Fit::None;
+        m_panPosition = event.localPos();
+        updateCursor(event.localPos());
+    }
+    return isPan;
+}
+
+void CanvasView::updateCursor(const QPointF &position)
+{
+    if (m_isPanning) {
+        viewport()->setCursor(Qt::ClosedHandCursor);
+    } else if (m_spaceIsDown) {
+        viewport()->setCursor(Qt::OpenHandCursor);
+    } else if (isStudio()) {
+        viewport()->setCursor(m_studio->cursorAt(position));
+    } else if (emulatesTouch()) {
+        viewport()->setCursor(Qt::BlankCursor); // finger 1 is drawn there
+    } else {
+        viewport()->unsetCursor();
+    }
+}
+
+// Mouse ----------------------------------------------------------------------------------------------------
+
+void CanvasView::mousePressEvent(QMouseEvent *event)
+{
+    if (panPress(*event)) {
+        return;
+    }
+    if (isStudio()) {
+        if (event->button() == Qt::LeftButton) {
+            m_studio->press(*event);
+        } else if (event->button() == Qt::RightButton && !m_studio->isActive()) {
+            selectUnderMouse(*event);
+        }
+        return;
+    }
+    if (event->button() == Qt::LeftButton) {
+        selectUnderMouse(*event);
+    }
+    if (!m_touchIsEmulated || !m_touch->mousePress(*event)) {
+        QGraphicsView::mousePressEvent(event);
+    }
+}
+
+/// The fields shown are those of the widget that is used.
+void CanvasView::selectUnderMouse(const QMouseEvent &event)
+{
+    PlacedWidget *widget = m_studio->widgetAt(event.localPos());
+    if (widget && !m_document->selection().contains(widget)) {
+        m_document->setSelection({widget});
+    }
+}
+
+void CanvasView::mouseMoveEvent(QMouseEvent *event)
+{
+    if (m_isPanning) {
+        scrollBy(m_panPosition - event->localPos());
+        m_panPosition = event->localPos();
+        return;
+    }
+    if (isStudio()) {
+        if (m_studio->isActive()) {
+            m_studio->move(*event);
+        }
+        updateCursor(event->localPos());
+        return;
+    }
+    if (!m_touchIsEmulated || !m_touch->mouseMove(*event)) {
+        QGraphicsView::mouseMoveEvent(event);
+    }
+}
+
+void CanvasView::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (m_isPanning) {
+        m_isPanning = (event->buttons() & (Qt::MiddleButton | Qt::LeftButton)) != 0;
+        updateCursor(event->localPos());
+        return;
+    }
+    if (isStudio()) {
+        if (event->button() == Qt::LeftButton && m_studio->isActive()) {
+            m_studio->release(*event);
+        }
+        updateCursor(event->localPos());
+        return;
+    }
+    if (!m_touchIsEmulated || !m_touch->mouseRelease(*event)) {
+        QGraphicsView::mouseReleaseEvent(event);
+    }
+}
+
+void CanvasView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (panPress(*event)) {
+        return;
+    }
+    if (isStudio()) {
+        if (event->button() == Qt::LeftButton) {
+            m_studio->doubleClick(*event);
+        }
+        return;
+    }
+    PlacedWidget *widget = m_studio->widgetAt(event->localPos());
+    if (widget && !widget->item()) {
+        Q_EMIT activated(widget);
+    } else if (!m_touchIsEmulated || !m_touch->mousePress(*event)) { // a finger knows no double-click
+        QGraphicsView::mouseDoubleClickEvent(event);
+    }
+}
+
+void CanvasView::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (emulatesTouch() && event->reason() == QContextMenuEvent::Mouse) {
+        return; // the right button is a key of the fingers
+    }
+    if (!isStudio()) {
+        event->ignore();
+        QGraphicsView::contextMenuEvent(event);
+        if (event->isAccepted()) {
+            return;
+        }
+    }
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    PlacedWidget *widget = isByKey ? m_document->current() : m_studio->widgetAt(event->pos());
+    const QPoint position = isByKey && widget
+                                ? viewport()->mapToGlobal(toViewport(widget->geometry()).center().toPoint())
+                                : event->globalPos();
+    event->accept();
+    Q_EMIT contextMenuRequested(widget, position);
+}
+
+// Events ---------------------------------------------------------------------------------------------------
+
+bool CanvasView::event(QEvent *event)
+{
+    // Accepting says that the key is no shortcut, but for the one that has the focus.
+    if (event->type() == QEvent::ShortcutOverride && !isStudio()
+        && !keepsKey(*static_cast<QKeyEvent *>(event))) {
+        event->accept();
+        return true;
+    }
+    return QGraphicsView::event(event);
+}
+
+bool CanvasView::viewportEvent(QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::Enter:
+    case QEvent::Leave:
+        m_touch->setHovering(emulatesTouch() && event->type() == QEvent::Enter);
+        updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+        break;
+    case QEvent::ToolTip:
+        showToolTip(*static_cast<QHelpEvent *>(event));
+        if (isStudio() || QToolTip::isVisible()) {
+            return true;
+        }
+        break;
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::Gesture:
+    case QEvent::GestureOverride:
+        if (isStudio()) {
+            event->ignore(); // a finger on a real screen then becomes the mouse
+            return false;
+        }
+        break;
+    default:
+        break;
+    }
+    return isStudio() || !isInput(event->type()) ? QGraphicsView::viewportEvent(event) : runtimeEvent(event);
+}
+
+bool CanvasView::runtimeEvent(QEvent *event)
+{
+    const PlacedWidget *widget = receiver(*event);
+    if (!widget) {
+        return QGraphicsView::viewportEvent(event);
+    }
+    PluginCall call(isWorthRecording(event->type()) ? m_document->activity() : nullptr, ActivityEntry::Event,
+                    widget->name(), eventName(event->type()));
+    return QGraphicsView::viewportEvent(event);
+}
+
+/// Whose code an event will most likely run.
+PlacedWidget *CanvasView::receiver(const QEvent &event) const
+{
+    if (event.type() == QEvent::KeyPress || event.type() == QEvent::KeyRelease) {
+        return m_document->widgetOfItem(scene()->focusItem());
+    }
+    if (PlacedWidget *grabber = m_document->widgetOfItem(scene()->mouseGrabberItem())) {
+        return grabber;
+    }
+    const QPointF mouse = viewport()->mapFromGlobal(QCursor::pos());
+    return m_document->widgetOfItem(itemAt(eventPosition(event, mouse).toPoint()));
+}
+
+void CanvasView::showToolTip(const QHelpEvent &event)
+{
+    const PlacedWidget *widget = m_studio->widgetAt(event.pos());
+    if (widget && !widget->item()) {
+        QToolTip::showText(event.globalPos(), widgetCardToolTip(*widget), viewport(),
+                           toViewport(widget->geometry()).toAlignedRect());
+    } else {
+        QToolTip::hideText();
+    }
+}
+
+void CanvasView::changeEvent(QEvent *event)
+{
+    QGraphicsView::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
+        viewport()->update();
+    }
+}
+
+void CanvasView::focusInEvent(QFocusEvent *event)
+{
+    if (isStudio()) {
+        QAbstractScrollArea::focusInEvent(event);
+    } else {
+        QGraphicsView::focusInEvent(event);
+    }
+    event->accept();
+}
+
+void CanvasView::focusOutEvent(QFocusEvent *event)
+{
+    m_spaceIsDown = false;
+    if (event->reason() != Qt::PopupFocusReason) {
+        cancelGesture();
+    }
+    if (isStudio()) {
+        QAbstractScrollArea::focusOutEvent(event);
+    } else {
+        QGraphicsView::focusOutEvent(event);
+    }
+}
+
+bool CanvasView::focusNextPrevChild(bool next)
+{
+    return isStudio() ? QAbstractScrollArea::focusNextPrevChild(next)
+                      : QGraphicsView::focusNextPrevChild(next);
+}
+
+// Keys -----------------------------------------------------------------------------------------------------
+
+/// The keys of the window that work in runtime mode too.
+bool CanvasView::keepsKey(const QKeyEvent &event) const
+{
+    const int key = event.key() | int(event.modifiers() & ~Qt::KeypadModifier);
+    if (key == Qt::Key_F5 || key == (Qt::ShiftModifier | Qt::Key_F5)) {
+        return true;
+    }
+    static const int kept[] = {Qt::Key_F6,
+                               Qt::ShiftModifier | Qt::Key_F6,
+                               Qt::Key_F11,
+                               Qt::ControlModifier | Qt::Key_R,
+                               Qt::ControlModifier | Qt::ShiftModifier | Qt::Key_R,
+                               Qt::ControlModifier | Qt::ShiftModifier | Qt::Key_P};
+    return !m_keepsNoKeys && std::find(std::cbegin(kept), std::cend(kept), key) != std::cend(kept);
+}
+
+void CanvasView::keyPressEvent(QKeyEvent *event)
+{
+    if (isStudio()) {
+        event->setAccepted(studioKeyPress(*event));
+        return;
+    }
+    if (m_touchIsEmulated) {
+        m_touch->setModifiers(QApplication::queryKeyboardModifiers() | event->modifiers());
+    }
+    if (const PlacedWidget *widget = receiver(*event)) {
+        PluginCall call(m_document->activity(), ActivityEntry::Event, widget->name(),
+                        eventName(event->type()));
+        QGraphicsView::keyPressEvent(event);
+    } else {
+        QGraphicsView::keyPressEvent(event);
+    }
+}
+
+bool CanvasView::studioKeyPress(const QKeyEvent &event)
+{
+    if (m_studio->isActive()) {
+        m_studio->setModifiers(event.modifiers());
+    }
+    switch (event.key()) {
+    case Qt::Key_Escape:
+        if (m_studio->isActive()) {
+            m_studio->cancel();
+        } else {
+            m_document->setSelection({});
+        }
+        updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+        return true;
+    case Qt::Key_Space:
+        m_spaceIsDown = true;
+        updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+        return true;
+    default:
+        // In the middle of a drag its widgets are not edited otherwise.
+        return m_studio->isActive() || m_edits.keyPress(event);
+    }
+}
+
+void CanvasView::keyReleaseEvent(QKeyEvent *event)
+{
+    if (!isStudio()) {
+        if (m_touchIsEmulated) {
+            m_touch->setModifiers(event->modifiers());
+        }
+        QGraphicsView::keyReleaseEvent(event);
+        return;
+    }
+    if (m_studio->isActive()) {
+        m_studio->setModifiers(event->modifiers());
+    }
+    if (event->key() == Qt::Key_Space && !event->isAutoRepeat()) {
+        m_spaceIsDown = false;
+        updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+    }
+}
+
+// Drop -----------------------------------------------------------------------------------------------------
+
+bool CanvasView::readDrop(const QMimeData &data, QString &widgetId, QString &version) const
+{
+    const QJsonObject widget = QJsonDocument::fromJson(data.data(widgetMimeType())).object();
+    widgetId = widget.value(QStringLiteral("widget")).toString();
+    version = widget.value(QStringLiteral("version")).toString();
+    return !widgetId.isEmpty() && !version.isEmpty();
+}
+
+/// Where the widget comes to lie: under the cursor, in line with the grid and its neighbours.
+QRectF CanvasView::dropRect(const QDropEvent &event) const
+{
+    QString id;
+    QString version;
+    QSizeF size;
+    if (readDrop(*event.mimeData(), id, version) && m_document->plugin()) {
+        size = m_document->plugin()->metaInformation()->widgets().value({id, version}).defaultSize();
+    }
+    QRectF rect(QPointF(), size.isEmpty() ? fallbackSize : size);
+    rect.moveCenter(viewportTransform().inverted().map(event.posF()));
+    if (!event.keyboardModifiers().testFlag(Qt::ControlModifier)) {
+        rect.translate(m_studio->snapOffset(rect));
+    }
+    rect.moveTopLeft(QPointF(rect.topLeft().toPoint()));
+    return rect;
+}
+
+void CanvasView::setDropRect(const QRectF &rect)
+{
+    m_dropRect = rect;
+    updateOverlay();
+}
+
+void CanvasView::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (event->mimeData()->hasFormat(widgetMimeType())) {
+        event->acceptProposedAction();
+    } else {
+        QGraphicsView::dragEnterEvent(event);
+    }
+}
+
+void CanvasView::dragMoveEvent(QDragMoveEvent *event)
+{
+    if (!event->mimeData()->hasFormat(widgetMimeType())) {
+        QGraphicsView::dragMoveEvent(event);
+        return;
+    }
+    event->acceptProposedAction();
+    setDropRect(dropRect(*event));
+}
+
+void CanvasView::dragLeaveEvent(QDragLeaveEvent *event)
+{
+    setDropRect({});
+    QGraphicsView::dragLeaveEvent(event);
+}
+
+void CanvasView::dropEvent(QDropEvent *event)
+{
+    if (!event->mimeData()->hasFormat(widgetMimeType())) {
+        QGraphicsView::dropEvent(event);
+        return;
+    }
+    const QRectF rect = dropRect(*event);
+    setDropRect({});
+    QString id;
+    QString version;
+    if (!readDrop(*event->mimeData(), id, version)) {
+        Q_EMIT message(tr("What was dropped names no widget and version"));
+        return;
+    }
+    event->acceptProposedAction();
+    m_document->place(id, version, rect.center());
+    setFocus(Qt::MouseFocusReason);
+}
+
+// Painting -------------------------------------------------------------------------------------------------
+
+QRectF CanvasView::toViewport(const QRectF &rect) const
+{
+    return viewportTransform().mapRect(rect);
+}
+
+void CanvasView::drawBackground(QPainter *painter, const QRectF &rect)
+{
+    paintPage(*painter, rect, m_document->page(), zoom(), palette());
+}
+
+void CanvasView::drawForeground(QPainter *painter, const QRectF &rect)
+{
+    if (zoom() >= pixelGridZoom && m_document->page().gridIsShown) {
+        paintPixelGrid(*painter, rect, m_document->page());
+    }
+}
+
+/// One by one, so that a crash in paint() leaves the name of the widget behind.
+void CanvasView::drawItems(QPainter *painter, int numItems, QGraphicsItem *items[],
+                           const QStyleOptionGraphicsItem options[])
+{
+    const QGraphicsItem *drawn = nullptr;
+    for (int i = 0; i < numItems; ++i) {
+        const QGraphicsItem *top = items[i]->topLevelItem();
+        if (top == drawn) {
+            continue; // drawn with its parent
+        }
+        drawn = top;
+        const PlacedWidget *widget = m_document->widgetOfItem(top);
+        PluginCall call(nullptr, ActivityEntry::Event, widget ? widget->name() : QString(),
+                        QStringLiteral("paint"));
+        QGraphicsView::drawItems(painter, 1, items + i, options + i);
+    }
+}
+
+void CanvasView::paintEvent(QPaintEvent *event)
+{
+    QGraphicsView::paintEvent(event);
+    QPainter painter(viewport());
+    paintCards(painter, event->region());
+    if (isStudio()) {
+        m_studio->paint(painter);
+    } else if (m_touchIsEmulated) {
+        m_touch->paint(painter, palette());
+    }
+    if (!m_dropRect.isEmpty()) {
+        painter.setPen(QPen(palette().color(QPalette::Highlight), 1, Qt::DashLine));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(toViewport(m_dropRect).toRect().adjusted(0, 0, -1, -1));
+    }
+}
+
+void CanvasView::paintCards(QPainter &painter, const QRegion &exposed)
+{
+    for (const PlacedWidget *widget : m_document->widgets()) {
+        const QRectF rect = toViewport(widget->geometry());
+        if (!widget->item() && widget->isVisible() && exposed.intersects(rect.toAlignedRect())) {
+            paintWidgetCard(painter, rect, *widget, palette(), font());
+        }
+    }
+}
+
+QRegion CanvasView::overlayRegion() const
+{
+    QRegion result = isStudio() ? m_studio->region() : m_touchIsEmulated ? m_touch->region() : QRegion();
+    for (const PlacedWidget *widget : m_document->widgets()) {
+        if (!widget->item()) {
+            result += toViewport(widget->geometry()).toAlignedRect();
+        }
+    }
+    return m_dropRect.isEmpty() ? result : result + toViewport(m_dropRect).toAlignedRect();
+}
+
+void CanvasView::updateOverlay()
+{
+    const QRegion before = m_overlay;
+    m_overlay = overlayRegion();
+    viewport()->update(before + m_overlay);
+}
+
+} // namespace DEV
+} // namespace KORA

@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <kora/dev/canvas/errorcard.h>
+
+#include <QtGui/QClipboard>
+#include <QtGui/QGuiApplication>
+#include <QtWidgets/QAction>
+#include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QScrollArea>
+#include <QtWidgets/QStyle>
+
+namespace KORA {
+namespace DEV {
+
+namespace {
+
+constexpr int cardWidth = 640;
+
+QStyle::StandardPixmap severityIcon(Finding::Severity severity)
+{
+    switch (severity) {
+    case Finding::Warning:
+        return QStyle::SP_MessageBoxWarning;
+    case Finding::Note:
+        return QStyle::SP_MessageBoxInformation;
+    default:
+        return QStyle::SP_MessageBoxCritical;
+    }
+}
+
+QString placeOf(const Finding &finding)
+{
+    QStringList parts;
+    if (!finding.file.isEmpty()) {
+        QString place = finding.file;
+        for (const int number : {finding.line, finding.column}) {
+            place += number > 0 ? QStringLiteral(":") + QString::number(number) : QString();
+        }
+        parts.append(place);
+    }
+    if (!finding.pointer.isEmpty()) {
+        parts.append(finding.pointer);
+    }
+    if (finding.code != 0) {
+        parts.append(ErrorCard::tr("code %1").arg(finding.code));
+    }
+    return parts.join(QStringLiteral("  ·  "));
+}
+
+QString asSentence(const QString &text)
+{
+    return text.isEmpty() ? text : text.left(1).toUpper() + text.mid(1);
+}
+
+QStringList linesOf(const Finding &finding)
+{
+    QStringList lines;
+    for (const QString &line : {asSentence(finding.message), placeOf(finding), asSentence(finding.hint)}) {
+        if (!line.isEmpty()) {
+            lines.append(line);
+        }
+    }
+    return lines;
+}
+
+} // namespace
+
+ErrorCard::ErrorCard(QWidget *parent)
+    : QWidget(parent)
+    , m_titleLabel(new QLabel)
+    , m_findingsLayout(new QVBoxLayout)
+    , m_buttonsLayout(new QHBoxLayout)
+{
+    setObjectName(QStringLiteral("errorCard"));
+    setAccessibleName(tr("Why the widget library is not loaded"));
+    QFont titleFont = font();
+    titleFont.setPointSizeF(titleFont.pointSizeF() * 1.4);
+    titleFont.setBold(true);
+    m_titleLabel->setFont(titleFont);
+    m_titleLabel->setWordWrap(true);
+    m_titleLabel->setTextFormat(Qt::PlainText);
+
+    auto *findings = new QWidget;
+    findings->setLayout(m_findingsLayout);
+    m_findingsLayout->setContentsMargins(0, 0, 0, 0);
+    auto *scroll = new QScrollArea;
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidget(findings);
+    scroll->setAccessibleName(tr("Causes"));
+
+    auto *copyButton = new QPushButton(tr("Copy"));
+    copyButton->setObjectName(QStringLiteral("errorCardCopy"));
+    copyButton->setToolTip(tr("Copy the whole text"));
+    connect(copyButton, &QPushButton::clicked, this, &ErrorCard::copy);
+    m_buttonsLayout->addWidget(copyButton);
+    m_buttonsLayout->addStretch();
+
+    auto *column = new QVBoxLayout;
+    column->addStretch(1);
+    column->addWidget(m_titleLabel);
+    column->addSpacing(12);
+    column->addWidget(scroll, 20);
+    column->addSpacing(12);
+    column->addLayout(m_buttonsLayout);
+    column->addStretch(1);
+    auto *row = new QHBoxLayout(this);
+    row->addStretch(1);
+    row->addLayout(column, 20);
+    row->addStretch(1);
+}
+
+void ErrorCard::setFindings(const QString &title, const Findings &findings)
+{
+    m_title = title;
+    m_findings = findings;
+    m_titleLabel->setText(title);
+    while (QLayoutItem *item = m_findingsLayout->takeAt(0)) {
+        delete item->widget();
+        delete item;
+    }
+    for (const Finding &finding : findings) {
+        addFinding(finding);
+    }
+    m_findingsLayout->addStretch();
+}
+
+QLabel *ErrorCard::addLabel(const QString &text, QBoxLayout *layout)
+{
+    auto *label = new QLabel(text);
+    label->setTextFormat(Qt::PlainText); // a plugin's texts may look like markup
+    label->setWordWrap(true);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    label->setAccessibleName(text);
+    layout->addWidget(label);
+    return label;
+}
+
+void ErrorCard::addFinding(const Finding &finding)
+{
+    auto *texts = new QVBoxLayout;
+    QLabel *cause = addLabel(asSentence(finding.message), texts);
+    QFont bold = cause->font();
+    bold.setBold(true);
+    cause->setFont(bold);
+    if (!placeOf(finding).isEmpty()) {
+        addLabel(placeOf(finding), texts)->setForegroundRole(QPalette::PlaceholderText);
+    }
+    if (!finding.hint.isEmpty()) {
+        addLabel(asSentence(finding.hint), texts);
+    }
+    auto *row = new QWidget;
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 6, 0, 6);
+    auto *icon = new QLabel;
+    const int side = style()->pixelMetric(QStyle::PM_LargeIconSize, nullptr, this);
+    icon->setPixmap(style()->standardIcon(severityIcon(finding.severity), nullptr, this).pixmap(side));
+    layout->addWidget(icon, 0, Qt::AlignTop);
+    layout->addSpacing(8);
+    layout->addLayout(texts, 1);
+    m_findingsLayout->addWidget(row);
+}
+
+void ErrorCard::addButton(QAction *action)
+{
+    auto *button = new QPushButton(action->icon(), action->text());
+    button->setObjectName(action->objectName() + QStringLiteral("Button"));
+    button->setToolTip(action->toolTip());
+    button->setEnabled(action->isEnabled());
+    connect(button, &QPushButton::clicked, action, &QAction::trigger);
+    connect(action, &QAction::changed, button, [button, action] { button->setEnabled(action->isEnabled()); });
+    connect(action, &QObject::destroyed, button, &QObject::deleteLater);
+    m_buttonsLayout->insertWidget(m_buttonsLayout->count() - 2, button); // before "Copy" and the stretch
+}
+
+QString ErrorCard::text() const
+{
+    QStringList paragraphs{m_title};
+    for (const Finding &finding : m_findings) {
+        paragraphs.append(linesOf(finding).join(QLatin1Char('\n')));
+    }
+    return paragraphs.join(QStringLiteral("\n\n")) + QLatin1Char('\n');
+}
+
+void ErrorCard::copy() const
+{
+    QGuiApplication::clipboard()->setText(text());
+}
+
+} // namespace DEV
+} // namespace KORA

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <kora/dev/canvas/pagepainter.h>
+
+#include <QtGui/QPainter>
+#include <QtGui/QPalette>
+
+#include <cmath>
+
+#include <kora/dev/model/scenario.h>
+
+namespace KORA {
+namespace DEV {
+
+namespace {
+
+constexpr int checkerSide = 8; // of the viewport, as a picture editor's
+constexpr qreal leastGridPixels = 6;
+
+QBrush checkerboard(qreal zoom)
+{
+    QPixmap tile(2 * checkerSide, 2 * checkerSide);
+    tile.fill(QColor(0xff, 0xff, 0xff));
+    QPainter painter(&tile);
+    const QColor grey(0xd8, 0xd8, 0xd8);
+    painter.fillRect(0, 0, checkerSide, checkerSide, grey);
+    painter.fillRect(checkerSide, checkerSide, checkerSide, checkerSide, grey);
+    painter.end();
+    QBrush brush(tile);
+    brush.setTransform(QTransform::fromScale(1 / zoom, 1 / zoom));
+    return brush;
+}
+
+// Seen on the page, but behind everything on it.
+QColor lineColor(const PageState &page, int alpha)
+{
+    const bool isDark = page.background.isValid() && page.background.lightness() < 128;
+    QColor color(isDark ? Qt::white : Qt::black);
+    color.setAlpha(alpha);
+    return color;
+}
+
+QVector<QLineF> lines(const QRectF &area, const QSizeF &page, qreal step)
+{
+    QVector<QLineF> result;
+    for (qreal x = std::max(step, std::floor(area.left() / step) * step);
+         x < std::min(page.width(), area.right() + step); x += step) {
+        result.append({x, area.top(), x, area.bottom()});
+    }
+    for (qreal y = std::max(step, std::floor(area.top() / step) * step);
+         y < std::min(page.height(), area.bottom() + step); y += step) {
+        result.append({area.left(), y, area.right(), y});
+    }
+    return result;
+}
+
+void paintGrid(QPainter &painter, const QRectF &area, const PageState &page, qreal step, int alpha)
+{
+    painter.setPen(QPen(lineColor(page, alpha), 0));
+    painter.drawLines(lines(area, page.size, step));
+}
+
+} // namespace
+
+void paintPage(QPainter &painter, const QRectF &exposed, const PageState &page, qreal zoom,
+               const QPalette &palette)
+{
+    constexpr int deskShade = 115;
+    constexpr int gridAlpha = 26;
+    const QRectF rect(QPointF(), page.size);
+    const QRectF visible = rect & exposed;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.fillRect(exposed, palette.color(QPalette::Window).darker(deskShade));
+    painter.fillRect(visible, page.background.isValid() ? QBrush(page.background) : checkerboard(zoom));
+    if (page.gridIsShown) {
+        qreal step = page.gridStep;
+        while (step * zoom < leastGridPixels) {
+            step *= 2;
+        }
+        paintGrid(painter, visible, page, step, gridAlpha);
+    }
+    QColor border = palette.color(QPalette::WindowText);
+    border.setAlpha(90);
+    painter.setPen(QPen(border, 0));
+    painter.drawRect(rect);
+    painter.restore();
+}
+
+void paintPixelGrid(QPainter &painter, const QRectF &exposed, const PageState &page)
+{
+    constexpr int alpha = 40;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    paintGrid(painter, QRectF(QPointF(), page.size) & exposed, page, 1, alpha);
+    painter.restore();
+}
+
+} // namespace DEV
+} // namespace KORA
