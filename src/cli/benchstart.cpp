@@ -26,7 +26,8 @@ QString BenchCrash::instance() const
 QString BenchCrash::summary() const
 {
     if (calls.isEmpty()) {
-        return QStringLiteral("Crashed while painting, in a timer or in a thread of the plugin (%1).").arg(cause);
+        return QStringLiteral("Crashed while painting, in a timer or in a thread of the plugin (%1).")
+            .arg(cause);
     }
     return QStringLiteral("Crashed in %1 (%2).").arg(calls.last(), cause);
 }
@@ -57,6 +58,7 @@ QJsonObject BenchStart::toJson() const
             {QStringLiteral("theme"), theme},
             {QStringLiteral("stopped"), isStopped},
             {QStringLiteral("withoutPlugin"), withoutPlugin},
+            {QStringLiteral("fresh"), isFresh},
             {QStringLiteral("reloadSince"), static_cast<double>(reloadSinceMs)},
             {QStringLiteral("crash"), crash.toJson()}};
 }
@@ -74,6 +76,7 @@ BenchStart BenchStart::fromJson(const QJsonObject &json)
     start.theme = json[QLatin1String("theme")].toString();
     start.isStopped = json[QLatin1String("stopped")].toBool();
     start.withoutPlugin = json[QLatin1String("withoutPlugin")].toBool();
+    start.isFresh = json[QLatin1String("fresh")].toBool();
     start.reloadSinceMs = static_cast<qint64>(json[QLatin1String("reloadSince")].toDouble(-1));
     start.crash = BenchCrash::fromJson(json[QLatin1String("crash")].toObject());
     return start;

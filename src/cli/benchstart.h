@@ -39,6 +39,7 @@ struct BenchStart
 
     bool isStopped = false;     ///< no instances are made
     bool withoutPlugin = false; ///< it crashed even so
+    bool isFresh = false;       ///< the session is kept, but not restored
     qint64 reloadSinceMs = -1;  ///< on the system's monotonic clock; -1 if this is no reload
     BenchCrash crash;
 

@@ -17,7 +17,7 @@ using namespace KORA::DEV;
 namespace {
 
 const int frameCount = 64;
-const int lineCount = 40;             // of each kind that a crash's details show
+const int lineCount = 40;              // of each kind that a crash's details show
 const qint64 largestFile = 256 * 1024; // of lines; then it is begun anew
 
 int backtraceFile = -1;
@@ -35,7 +35,8 @@ void installCrashHandler(const QString &path)
 {
 // Sanitizers have their own.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-    backtraceFile = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    backtraceFile =
+        ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     void *frame = nullptr;
     if (backtraceFile < 0 || ::backtrace(&frame, 1) < 1) {
         return;
@@ -99,11 +100,12 @@ CrashTrace::CrashTrace(const QString &folder, QObject *parent)
 
 void CrashTrace::follow(ActivityLog *activity)
 {
-    connect(activity, &ActivityLog::rowsInserted, this, [this, activity](const QModelIndex &, int first, int last) {
-        for (int i = first; i <= last; ++i) {
-            append(m_activity, lineOf(activity->entries().at(i)));
-        }
-    });
+    connect(activity, &ActivityLog::rowsInserted, this,
+            [this, activity](const QModelIndex &, int first, int last) {
+                for (int i = first; i <= last; ++i) {
+                    append(m_activity, lineOf(activity->entries().at(i)));
+                }
+            });
 }
 
 void CrashTrace::addLogLine(const QString &line)
@@ -132,7 +134,8 @@ BenchCrash CrashTrace::read(const QString &folder, const QString &cause)
     QStringList details{crash.summary(), QString()};
     addSection(details, QStringLiteral("Running calls, outermost first:"), crash.calls);
     addSection(details, QStringLiteral("Backtrace:"), lastLines(dir.filePath(QStringLiteral("backtrace"))));
-    addSection(details, QStringLiteral("Last activity:"), lastLines(dir.filePath(QStringLiteral("activity"))));
+    addSection(details, QStringLiteral("Last activity:"),
+               lastLines(dir.filePath(QStringLiteral("activity"))));
     addSection(details, QStringLiteral("Last log lines:"), lastLines(dir.filePath(QStringLiteral("log"))));
     crash.details = details.join(QLatin1Char('\n'));
     return crash;

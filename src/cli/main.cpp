@@ -11,8 +11,8 @@
 
 namespace {
 
-const char descriptionC[] =
-    "Looks at widget libraries for HMI panels: plugin folders in, tables, pictures and documents out.";
+const char descriptionC[] = "Looks at widget libraries for HMI panels: plugin folders in, tables, pictures, "
+                            "documents and a test bench out.";
 
 const char footerC[] =
     "Results go to standard output, errors to standard error.\n"
@@ -22,7 +22,8 @@ const char footerC[] =
     "  kora list plugins\n"
     "  kora describe plugins/<id> --format json\n"
     "  kora render plugins/<id> --widget gauge --set value=75 --out pictures\n"
-    "  kora resources plugins resources --language en-US";
+    "  kora resources plugins resources --language en-US\n"
+    "  kora bench plugins/<id>";
 
 /// Sets the usage apart from the description above it.
 class HelpFormatter : public CLI::Formatter
@@ -53,6 +54,7 @@ int main(int argc, char **argv)
     app.formatter(std::make_shared<HelpFormatter>());
 
     CommandRun run;
+    addBenchCommand(app, run);
     addListCommand(app, run);
     addDescribeCommand(app, run);
     addRenderCommand(app, run);

@@ -4,8 +4,6 @@
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtCore/QSaveFile>
-#include <QtGui/QIcon>
-#include <QtGui/QPainter>
 
 #include <kora/host.h>
 
@@ -13,6 +11,7 @@
 #include "logcollector.h"
 #include "output.h"
 #include "pictureenvironment.h"
+#include "placeholdericon.h"
 #include "pluginfolder.h"
 #include "widgetpicture.h"
 
@@ -59,24 +58,6 @@ int failure(const QString &message, const QStringList &details = {})
 QString nameOf(const WidgetMetaInformation &widget)
 {
     return QStringLiteral("%1 %2").arg(widget.id(), widget.version().version());
-}
-
-QIcon placeholderIcon()
-{
-    QPixmap pixmap(256, 256);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(QColor(0x90, 0xa4, 0xae), 8, Qt::DashLine));
-    painter.setBrush(QColor(0xec, 0xef, 0xf1));
-    painter.drawRoundedRect(QRectF(12, 12, 232, 232), 24, 24);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(0x90, 0xa4, 0xae));
-    for (const QPointF &corner : {QPointF(68, 68), QPointF(136, 68), QPointF(68, 136), QPointF(136, 136)}) {
-        painter.drawRoundedRect(QRectF(corner, QSizeF(52, 52)), 8, 8);
-    }
-    painter.end();
-    return QIcon(pixmap);
 }
 
 // The latest version, or exactly the one that is named: "gauge@1.0.0".
