@@ -7,7 +7,6 @@
 #include <QtGui/QColor>
 
 #include <kora/core/widgetlibrarypluginutils.h>
-#include <kora/runtime/widget_p.h>
 
 #include <algorithm>
 #include <cmath>
@@ -162,21 +161,6 @@ bool valueFromText(const FieldMetaInformation &field, const QString &given, QVar
     return true;
 }
 
-QVariant textsInLanguage(const FieldMetaInformation &field, const QString &language)
-{
-    const QMap<int, TranslationStringType> texts = field.defaultTexts();
-    if (field.type() == FieldTypeString) {
-        return texts.value(0).get(language, true);
-    }
-    QStringList list;
-    QMap<int, QString> map;
-    for (auto text = texts.cbegin(); text != texts.cend(); ++text) {
-        list.append(text->get(language, true));
-        map.insert(text.key(), text->get(language, true));
-    }
-    return field.type() == FieldTypeStringList ? QVariant(list) : QVariant::fromValue(map);
-}
-
 bool valueOfSetting(const WidgetMetaInformation &widget, const FieldSetting &setting, QVariant &value,
                     QString &expected)
 {
@@ -232,21 +216,4 @@ bool valuesOfSettings(const WidgetMetaInformation &widget, const QList<FieldSett
         values.append({setting.fieldId, withinBounds(widget, setting, given, remarks)});
     }
     return true;
-}
-
-void setDefaultValues(KORA::WidgetPrivate *widget, const WidgetMetaInformation &info, const QString &language)
-{
-    const auto fields = info.fields();
-    for (const FieldMetaInformation &field : fields) {
-        if (field.isMultiLanguageText()) {
-            widget->setFieldValue(field.id() + fontSuffix, field.defaultFont(), true, true);
-        }
-        if (!field.defaultValue().isValid()) {
-            continue;
-        }
-        const QVariant value =
-            field.defaultTexts().isEmpty() ? field.defaultValue() : textsInLanguage(field, language);
-        widget->setFieldValue(
-            field.id(), Utils::fieldValueCheckBeforeSet(field.type(), value, field.id(), info), true, true);
-    }
 }

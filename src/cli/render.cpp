@@ -3,16 +3,17 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
-#include <QtCore/QSaveFile>
 
 #include <kora/host.h>
 
 #include "command.h"
 #include "logcollector.h"
 #include "output.h"
+#include "picturecompare.h"
 #include "pictureenvironment.h"
 #include "placeholdericon.h"
 #include "pluginfolder.h"
+#include "renderscenario.h"
 #include "widgetpicture.h"
 
 #include <memory>
@@ -30,9 +31,12 @@ struct RenderOptions
     std::string size;
     std::vector<std::string> settings;
     std::string language;
-    std::string mode = "studio";
+    std::string mode; ///< if not given, that of the scenario; of single widgets studio
     std::string fontDir = KORA_FONT_DIR;
-    std::string outDir;
+    std::string out;
+    std::string scenario;
+    std::string golden;
+    qint64 timeMs = 0;
 };
 
 /// What is to be drawn, once the options are found to fit the plugin.
@@ -157,7 +161,7 @@ bool makeJobs(const WidgetLibraryPluginMetaInformation &plugin, const RenderOpti
     PictureSettings common;
     QList<WidgetMetaInformation> widgets;
     QList<FieldSetting> fieldSettings;
-    common.isInsideProjectEditor = options.mode == "studio";
+    common.isInsideProjectEditor = options.mode != "runtime";
     if (!readSize(textOfArgument(options.size), common.size, problem)
         || !readLanguage(plugin, textOfArgument(options.language), common.language, problem)
         || !chooseWidgets(plugin, options.widgets, widgets, problem)
@@ -179,16 +183,6 @@ bool makeJobs(const WidgetLibraryPluginMetaInformation &plugin, const RenderOpti
     return true;
 }
 
-bool save(const QImage &image, const QString &path, QString &problem)
-{
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.commit()) {
-        return true;
-    }
-    problem = QStringLiteral("%1 cannot be written: %2").arg(path, file.errorString());
-    return false;
-}
-
 bool drawAndSave(const WidgetLibraryPluginData &plugin, const PictureJob &job, const QString &outDir,
                  LogCollector &log)
 {
@@ -196,7 +190,7 @@ bool drawAndSave(const WidgetLibraryPluginData &plugin, const PictureJob &job, c
         QStringLiteral("%1-%2.png").arg(job.widget.id(), job.widget.version().version()));
     QString problem;
     const QImage image = pictureOf(plugin, job.widget, job.settings, problem);
-    const bool ok = !image.isNull() && save(image, path, problem);
+    const bool ok = !image.isNull() && savePicture(image, path, problem);
     const QStringList remarks = log.takeWarnings();
     for (const QString &remark : remarks) {
         printWarning(QStringLiteral("widget %1: %2").arg(nameOf(job.widget), remark));
@@ -242,6 +236,12 @@ bool loadPlugin(PluginLoader &loader, const QString &path, LogCollector &log)
     return false;
 }
 
+ScenarioRendering scenarioRendering(const RenderOptions &options)
+{
+    return {textOfArgument(options.scenario), textOfArgument(options.out),  textOfArgument(options.golden),
+            textOfArgument(options.language), textOfArgument(options.mode), options.timeMs};
+}
+
 int renderPlugin(const RenderOptions &options)
 {
     koraInit(placeholderIcon());
@@ -251,6 +251,9 @@ int renderPlugin(const RenderOptions &options)
         return ExitFindings;
     }
     const auto *plugin = loader.pluginData().first()->toWidgetLibraryPluginData();
+    if (!options.scenario.empty()) {
+        return renderScenario(loader, scenarioRendering(options), log);
+    }
     QList<PictureJob> jobs;
     QString problem;
     if (!makeJobs(*plugin->metaInformation(), options, jobs, problem)) {
@@ -259,11 +262,14 @@ int renderPlugin(const RenderOptions &options)
     if (jobs.isEmpty()) {
         return failure(QStringLiteral("the plugin has no widgets"));
     }
-    return drawAll(loader, jobs, textOfArgument(options.outDir), log);
+    return drawAll(loader, jobs, textOfArgument(options.out), log);
 }
 
 int runRender(const RenderOptions &options)
 {
+    if (options.scenario.empty() && options.out.empty()) {
+        return usageError(QStringLiteral("--out is required, unless a --scenario is drawn"));
+    }
     const QString folderDoubt = folderProblem(textOfArgument(options.folder));
     if (!folderDoubt.isEmpty()) {
         return failure(folderDoubt);
@@ -300,26 +306,49 @@ void addWidgetOptions(CLI::App *command, RenderOptions &options)
                      "Set a field, after the default values; may be given several times")
         ->option_text("FIELD=VALUE")
         ->allow_extra_args(false);
-    command->add_option("--language", options.language, "Language of multi-language texts, such as it-IT")
-        ->option_text("CODE");
+}
+
+void addScenarioOptions(CLI::App *command, RenderOptions &options)
+{
+    CLI::Option *scenario = command->add_option("--scenario", options.scenario,
+                                                "Draw the page of a scenario of the test bench instead");
+    scenario->option_text("FILE");
+    for (const char *name : {"--widget", "--size", "--set"}) {
+        scenario->excludes(command->get_option(name));
+    }
+    command
+        ->add_option("--compare", options.golden,
+                     "Fail if the page differs from this picture, and draw what differs")
+        ->needs(scenario)
+        ->option_text("GOLDEN.png");
+    command
+        ->add_option("--time", options.timeMs,
+                     "Milliseconds that the simulated plant runs before the widgets start;\ndefault: 0")
+        ->needs(scenario)
+        ->check(CLI::Range(0, 86400000))
+        ->option_text("MS");
 }
 
 void addPictureOptions(CLI::App *command, RenderOptions &options)
 {
+    command->add_option("--language", options.language, "Language of multi-language texts, such as it-IT")
+        ->option_text("CODE");
     command
         ->add_option("--mode", options.mode,
                      "studio: as the design tool shows the widgets, with sample content if\n"
-                     "they have any and the icons of project widgets (default);\n"
-                     "runtime: as a panel shows them")
+                     "they have any and the icons of project widgets;\n"
+                     "runtime: as a panel shows them; default: the scenario's, else studio")
         ->check(CLI::IsMember({"studio", "runtime"}))
         ->option_text("studio|runtime");
     command
         ->add_option("--font-dir", options.fontDir,
                      "Folder with the Roboto fonts, the only ones used; default:\n" KORA_FONT_DIR)
         ->option_text("DIR");
-    command->add_option("--out", options.outDir, "Folder for the pictures, required; made if missing")
-        ->required()
-        ->option_text("DIR");
+    command
+        ->add_option("--out", options.out,
+                     "Folder for the pictures, required; made if missing. With --scenario the\n"
+                     "picture's file or folder; default: <scenario>.png in the present folder")
+        ->option_text("DIR|FILE");
 }
 
 void addOptions(CLI::App *command, RenderOptions &options)
@@ -328,6 +357,7 @@ void addOptions(CLI::App *command, RenderOptions &options)
         ->required()
         ->option_text(" ");
     addWidgetOptions(command, options);
+    addScenarioOptions(command, options);
     addPictureOptions(command, options);
 }
 
@@ -348,7 +378,8 @@ const char footerC[] = "Writes <widget>-<version>.png for each widget and prints
 void addRenderCommand(CLI::App &app, CommandRun &run)
 {
     auto options = std::make_shared<RenderOptions>();
-    CLI::App *command = app.add_subcommand("render", "Draw the widgets of a plugin into PNG files.");
+    CLI::App *command =
+        app.add_subcommand("render", "Draw the widgets of a plugin, or a page of them, into PNG files.");
     addOptions(command, *options);
     command->footer(footerC);
     command->callback([options, &run] { run = [options] { return runRender(*options); }; });

@@ -6,10 +6,14 @@
 #include <QtGui/QPainter>
 #include <QtWidgets/QGraphicsScene>
 
+#include <kora/dev/model/fieldvaluejson.h>
+#include <kora/dev/model/hostservices.h>
+#include <kora/dev/model/livewidget.h>
 #include <kora/host.h>
 
 #include <cmath>
 
+using namespace KORA::DEV;
 using namespace KORA::INTERNAL;
 
 namespace {
@@ -17,92 +21,6 @@ namespace {
 const QSizeF fallbackSize(100, 100); // for widgets without a default size
 const double largestSize = 8192;
 const int dotsPerMeter = 3780; // 96 DPI
-
-/// A host without tags, trends and alarms: values come from the field settings alone.
-class PictureHost : public WidgetActionManagerImpl
-{
-public:
-    explicit PictureHost(bool isInsideProjectEditor)
-        : m_isInsideProjectEditor(isInsideProjectEditor)
-    {}
-
-    QVariant getTagValue(const QString &) const override { return {}; }
-    QVariant getTrendValue(const QString &, const QDateTime &, const QDateTime &, unsigned int,
-                           KORA::WidgetActionManager::TrendTimeFormat) const override
-    {
-        return {};
-    }
-    QVector<KORA::AlarmInfo> getAlarms() const override { return {}; }
-    void resetAlarm(const QString &) override {}
-    void resetAllAlarms() override {}
-    void acknowAlarm(const QString &) override {}
-    void acknowAllAlarms() override {}
-    bool isInsideProjectEditor() const override { return m_isInsideProjectEditor; }
-    // Authors look at their own widgets here: let the library tell them of wrong field accesses.
-    bool isInsideDevProject() const override { return true; }
-
-private:
-    bool m_isInsideProjectEditor;
-};
-
-/// A widget with its one item and its action manager. They are the host's to delete, in this order, but the
-/// plugin's code may have deleted any of them before.
-struct LiveWidget
-{
-    LiveWidget() = default;
-    Q_DISABLE_COPY_MOVE(LiveWidget)
-    ~LiveWidget()
-    {
-        delete item.data();
-        delete widget.data();
-        delete actionManager.data();
-    }
-
-    QPointer<KORA::GraphicsObject> item;
-    QPointer<KORA::Widget> widget;
-    QPointer<KORA::WidgetActionManager> actionManager;
-};
-
-QString unregisteredProblem(const KORA::WidgetLibraryPluginPrivate *plugin, const WidgetMetaInformation &info)
-{
-    if (!plugin->widgetRegistry.contains({info.id(), info.version().version()})) {
-        return QStringLiteral("the plugin's code does not register this widget in this version");
-    }
-    return QStringLiteral("its widget class has no invokable constructor taking const KORA::WidgetData &");
-}
-
-bool makeWidget(const WidgetLibraryPluginData &plugin, const WidgetMetaInformation &info,
-                WidgetActionManagerImpl *host, LiveWidget &live, QString &problem)
-{
-    auto *factory = WidgetLibraryPluginPrivateAccessor::priv(plugin.instance());
-    QObject *object = factory->newWidgetInstance(info.id(), info.version().version(),
-                                                 plugin.metaInformation()->id(), info.fieldInfo(), host);
-    live.widget = qobject_cast<KORA::Widget *>(object);
-    if (live.widget) {
-        live.actionManager = live.widget->widgetActionManager();
-        return true;
-    }
-    problem = object ? QStringLiteral("its widget class %1 is not derived from KORA::Widget")
-                           .arg(QLatin1String(object->metaObject()->className()))
-                     : unregisteredProblem(factory, info);
-    delete object;
-    return false;
-}
-
-bool makeItem(LiveWidget &live, QString &problem)
-{
-    QObject *object = WidgetPrivateAccessor::priv(live.widget)->newGraphicsObjectInstance();
-    live.item = qobject_cast<KORA::GraphicsObject *>(object);
-    if (live.item) {
-        return true;
-    }
-    problem = object ? QStringLiteral("its item class %1 is not derived from KORA::GraphicsObject")
-                           .arg(QLatin1String(object->metaObject()->className()))
-                     : QStringLiteral("its item class has no invokable constructor taking const "
-                                      "KORA::GraphicsObjectData &");
-    delete object;
-    return false;
-}
 
 bool pictureSize(const WidgetMetaInformation &info, const QSizeF &wanted, QSizeF &size, QString &problem)
 {
@@ -122,13 +40,19 @@ bool pictureSize(const WidgetMetaInformation &info, const QSizeF &wanted, QSizeF
 void setValues(KORA::WidgetPrivate *widget, const WidgetMetaInformation &info,
                const PictureSettings &settings)
 {
-    setDefaultValues(widget, info, settings.language);
+    const QStringList ids = fieldIds(info);
+    for (const QString &id : ids) {
+        const QVariant value = fieldDefault(info, id, settings.language);
+        if (value.isValid()) {
+            widget->setFieldValue(id, value, true, true);
+        }
+    }
     for (const FieldValue &field : settings.values) {
         widget->setFieldValue(field.fieldId, field.value, true, true);
     }
 }
 
-QImage draw(const QPointer<KORA::GraphicsObject> &item, const QSizeF &size)
+QImage draw(QPointer<KORA::GraphicsObject> item, const QSizeF &size)
 {
     QImage image(static_cast<int>(std::ceil(size.width())), static_cast<int>(std::ceil(size.height())),
                  QImage::Format_RGB32);
@@ -157,18 +81,20 @@ QImage draw(const QPointer<KORA::GraphicsObject> &item, const QSizeF &size)
 /// Starts, draws and stops the widget.
 QImage perform(const LiveWidget &live, const QSizeF &size, QString &problem)
 {
-    GraphicsObjectPrivateAccessor::priv(live.item)->resize(size);
-    WidgetPrivateAccessor::priv(live.widget)->init();
-    if (!live.item) {
+    GraphicsObjectPrivateAccessor::priv(live.item())->resize(size);
+    if (live.priv()) {
+        live.priv()->init();
+    }
+    if (!live.item()) {
         problem = QStringLiteral("it deleted its item when it was started");
         return {};
     }
-    const QImage image = draw(live.item, size);
+    const QImage image = draw(live.item(), size);
     if (image.isNull()) {
         problem = QStringLiteral("there is no memory for its picture");
     }
-    if (live.widget) {
-        WidgetPrivateAccessor::priv(live.widget)->deinit();
+    if (live.priv()) {
+        live.priv()->deinit();
     }
     return image;
 }
@@ -182,11 +108,18 @@ QImage pictureOf(const WidgetLibraryPluginData &plugin, const WidgetMetaInformat
     if (!pictureSize(info, settings.size, size, problem)) {
         return {};
     }
-    PictureHost host(settings.isInsideProjectEditor);
+    HostServices host(nullptr, nullptr); // no tags, trends and alarms: values come from the settings alone
+    host.setMode(settings.isInsideProjectEditor ? BenchMode::Studio : BenchMode::Runtime);
     LiveWidget live;
-    if (!makeWidget(plugin, info, &host, live, problem) || !makeItem(live, problem)) {
+    Finding finding;
+    if (!live.create(plugin, info, &host, finding)) {
+        problem = finding.message;
         return {};
     }
-    setValues(WidgetPrivateAccessor::priv(live.widget), info, settings);
+    setValues(live.priv(), info, settings);
+    if (!live.item()) {
+        problem = QStringLiteral("it deleted its item when its fields were set");
+        return {};
+    }
     return perform(live, size, problem);
 }
