@@ -4,6 +4,7 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
+#include <QtCore/QJsonArray>
 #include <QtGui/QFontDatabase>
 #include <QtGui/QImageReader>
 #include <QtGui/QResizeEvent>
@@ -94,8 +95,7 @@ WidgetLibraryPluginTestWidgetPrivate::WidgetLibraryPluginTestWidgetPrivate(
     connectToolBar();
     QObject::connect(statusLine, &StatusLine::problemsRequested, owner,
                      [this] { panes.show(PaneSet::Problems); });
-    QObject::connect(panes.problems(), &ProblemsPane::countChanged, statusLine,
-                     &StatusLine::setProblemCount);
+    QObject::connect(panes.problems(), &ProblemsPane::countChanged, statusLine, &StatusLine::setProblemCount);
     QObject::connect(panes.problems(), &ProblemsPane::failed, owner,
                      [this](const QString &text) { showMessage(text); });
 }
@@ -128,8 +128,7 @@ WidgetLibraryPluginTestWidget::~WidgetLibraryPluginTestWidget() = default;
 bool WidgetLibraryPluginTestWidget::openPluginFolder(const QString &folder, Start start)
 {
     if (d->document->plugin()) {
-        showBanner(BannerKind::Warning,
-                   tr("A library is open already: another one takes a fresh window"), {},
+        showBanner(BannerKind::Warning, tr("A library is open already: another one takes a fresh window"), {},
                    QStringLiteral("open"));
         return false;
     }
@@ -190,11 +189,10 @@ void WidgetLibraryPluginTestWidgetPrivate::placeFirstWidget()
     document->providers()->addDefaults();
     QStringList dropped;
     document->load(document->toScenario(), dropped);
-    const QMap<QString, WidgetMetaInformation> latest
-        = document->plugin()->metaInformation()->widgetsLatestVersion();
-    auto first = std::find_if(latest.begin(), latest.end(), [](const WidgetMetaInformation &info) {
-        return info.showInPageGallery();
-    });
+    const QMap<QString, WidgetMetaInformation> latest =
+        document->plugin()->metaInformation()->widgetsLatestVersion();
+    auto first = std::find_if(latest.begin(), latest.end(),
+                              [](const WidgetMetaInformation &info) { return info.showInPageGallery(); });
     first = first == latest.end() ? latest.begin() : first;
     if (first == latest.end()) {
         owner->showBanner(BannerKind::Warning,
@@ -215,17 +213,17 @@ void WidgetLibraryPluginTestWidgetPrivate::warnOfEnvironment()
                           {}, QStringLiteral("font"));
     }
     if (!QImageReader::supportedImageFormats().contains("svg")) {
-        owner->showBanner(BannerKind::Warning,
-                          WidgetLibraryPluginTestWidget::tr(
-                              "SVG pictures cannot be shown. Install the package libqt5svg5"),
-                          {}, QStringLiteral("svg"));
+        owner->showBanner(
+            BannerKind::Warning,
+            WidgetLibraryPluginTestWidget::tr("SVG pictures cannot be shown. Install the package libqt5svg5"),
+            {}, QStringLiteral("svg"));
     }
 }
 
 void WidgetLibraryPluginTestWidgetPrivate::findUnregistered()
 {
-    const auto &registry
-        = WidgetLibraryPluginPrivateAccessor::priv(document->plugin()->instance())->widgetRegistry;
+    const auto &registry =
+        WidgetLibraryPluginPrivateAccessor::priv(document->plugin()->instance())->widgetRegistry;
     QStringList registered;
     for (auto it = registry.begin(); it != registry.end(); ++it) {
         registered.append(it.key().first + QLatin1Char(' ') + it.key().second);

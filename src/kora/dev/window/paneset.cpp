@@ -153,7 +153,8 @@ void PaneSet::applyNarrow()
     QDockWidget *upper = dock(Widgets);
     QDockWidget *lower = dock(Instances);
     // Where the user has put them elsewhere, they stay.
-    if (upper->isFloating() || lower->isFloating() || m_window->dockWidgetArea(upper) != Qt::LeftDockWidgetArea
+    if (upper->isFloating() || lower->isFloating()
+        || m_window->dockWidgetArea(upper) != Qt::LeftDockWidgetArea
         || m_window->dockWidgetArea(lower) != Qt::LeftDockWidgetArea) {
         return;
     }

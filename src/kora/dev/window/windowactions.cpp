@@ -109,15 +109,12 @@ void WidgetLibraryPluginTestWidgetPrivate::connectWidgetActions()
         panes.dock(PaneSet::Instances)->raise();
         panes.instances()->renameCurrent();
     });
-    on("startWidget", [this] {
-        forSelection([this](PlacedWidget *widget) { document->setRunning(widget, true); });
-    });
-    on("stopWidget", [this] {
-        forSelection([this](PlacedWidget *widget) { document->setRunning(widget, false); });
-    });
-    on("restartWidget", [this] {
-        forSelection([this](PlacedWidget *widget) { document->restart(widget); });
-    });
+    on("startWidget",
+       [this] { forSelection([this](PlacedWidget *widget) { document->setRunning(widget, true); }); });
+    on("stopWidget",
+       [this] { forSelection([this](PlacedWidget *widget) { document->setRunning(widget, false); }); });
+    on("restartWidget",
+       [this] { forSelection([this](PlacedWidget *widget) { document->restart(widget); }); });
     on("defaultSize", [this] { setDefaultSize(); });
     on("resetFields", [this] {
         forSelection(

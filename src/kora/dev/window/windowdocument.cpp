@@ -68,9 +68,8 @@ void WidgetLibraryPluginTestWidgetPrivate::connectDocument()
     });
     QObject::connect(doc, &BenchDocument::modeChanged, owner, [this] { updateMode(); });
     QObject::connect(doc, &BenchDocument::pageChanged, owner, [this] { updatePage(); });
-    QObject::connect(doc, &BenchDocument::languageChanged, owner, [this] {
-        toolBar->setLanguages(document->languages(), document->language());
-    });
+    QObject::connect(doc, &BenchDocument::languageChanged, owner,
+                     [this] { toolBar->setLanguages(document->languages(), document->language()); });
     const auto onUndo = [this] { updateUndo(); };
     QObject::connect(doc->undoStack(), &QUndoStack::indexChanged, owner, onUndo);
     QObject::connect(doc->undoStack(), &QUndoStack::cleanChanged, owner, onUndo);
@@ -141,8 +140,7 @@ void WidgetLibraryPluginTestWidgetPrivate::updateUndo()
         action->setEnabled(isPossible);
         action->setText(step.isEmpty() ? verb : QStringLiteral("%1: %2").arg(verb, step));
         action->setToolTip(QStringLiteral("%1 (%2)").arg(
-            action->text().remove(QLatin1Char('&')),
-            action->shortcut().toString(QKeySequence::NativeText)));
+            action->text().remove(QLatin1Char('&')), action->shortcut().toString(QKeySequence::NativeText)));
     };
     update(actions["undo"], Window::tr("&Undo"), stack.undoText(), stack.canUndo());
     update(actions["redo"], Window::tr("&Redo"), stack.redoText(), stack.canRedo());
@@ -168,10 +166,10 @@ void WidgetLibraryPluginTestWidgetPrivate::updateLibraryStatus()
     const INTERNAL::WidgetLibraryPluginData *plugin = document->plugin();
     const QDateTime built = QFileInfo(plugin->libraryPath()).lastModified();
     buildTime = built.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-    statusLine->setLibrary(Window::tr("library built %1, v%2")
-                               .arg(built.toString(QStringLiteral("HH:mm:ss")),
-                                    plugin->metaInformation()->version().version()),
-                           QStringLiteral("%1\n%2").arg(plugin->libraryPath(), buildTime));
+    statusLine->setLibrary(
+        Window::tr("library built %1, v%2")
+            .arg(built.toString(QStringLiteral("HH:mm:ss")), plugin->metaInformation()->version().version()),
+        QStringLiteral("%1\n%2").arg(plugin->libraryPath(), buildTime));
 }
 
 void WidgetLibraryPluginTestWidgetPrivate::updatePage()
@@ -248,9 +246,9 @@ bool WidgetLibraryPluginTestWidgetPrivate::saveScenario(bool asksForPath)
 
 void WidgetLibraryPluginTestWidgetPrivate::savePicture()
 {
-    const QString path = QFileDialog::getSaveFileName(owner, Window::tr("Save picture of the page"),
-                                                      QStringLiteral("page.png"),
-                                                      Window::tr("Pictures (*.png)"));
+    const QString path =
+        QFileDialog::getSaveFileName(owner, Window::tr("Save picture of the page"),
+                                     QStringLiteral("page.png"), Window::tr("Pictures (*.png)"));
     if (path.isEmpty()) {
         return;
     }
@@ -344,13 +342,14 @@ void WidgetLibraryPluginTestWidgetPrivate::showContextMenu(PlacedWidget *widget,
         if (!document->selection().contains(widget)) {
             document->setSelection({widget});
         }
-        for (const char *const name : {"startWidget", "stopWidget", "restartWidget", "defaultSize",
-                                       "resetFields", "duplicate", "rename", "bringForward", "sendBackward",
-                                       "remove"}) {
+        for (const char *const name :
+             {"startWidget", "stopWidget", "restartWidget", "defaultSize", "resetFields", "duplicate",
+              "rename", "bringForward", "sendBackward", "remove"}) {
             menu.addAction(actions[name]);
         }
     } else {
-        for (const char *const name : {"paste", "selectAll", "fitPage", "grid", "rotatePage", "savePicture"}) {
+        for (const char *const name :
+             {"paste", "selectAll", "fitPage", "grid", "rotatePage", "savePicture"}) {
             menu.addAction(actions[name]);
         }
     }
