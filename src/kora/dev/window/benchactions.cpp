@@ -153,7 +153,8 @@ BenchActions::BenchActions(QWidget *window)
             group->addAction(action);
         }
     }
-    (*this)["zoomIn"]->setShortcuts({QKeySequence(QStringLiteral("Ctrl++")), QKeySequence(QStringLiteral("Ctrl+="))});
+    (*this)["zoomIn"]->setShortcuts(
+        {QKeySequence(QStringLiteral("Ctrl++")), QKeySequence(QStringLiteral("Ctrl+="))});
     (*this)["redo"]->setShortcuts(
         {QKeySequence(QStringLiteral("Ctrl+Shift+Z")), QKeySequence(QStringLiteral("Ctrl+Y"))});
 }

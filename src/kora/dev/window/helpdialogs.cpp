@@ -73,8 +73,8 @@ void showShortcuts(const BenchActions &actions, QWidget *parent)
 
 void showAbout(INTERNAL::WidgetLibraryPluginData *plugin, const QString &buildTime, QWidget *parent)
 {
-    QTreeWidget *table = showTable(QStringLiteral("aboutLibrary"), tr("What is loaded"),
-                                   {tr("What"), tr("Value")}, parent);
+    QTreeWidget *table =
+        showTable(QStringLiteral("aboutLibrary"), tr("What is loaded"), {tr("What"), tr("Value")}, parent);
     addRow(table, tr("Test bench with Qt"), QLatin1String(qVersion()));
     if (!plugin) {
         addRow(table, tr("Library"), tr("none"));
@@ -89,8 +89,8 @@ void showAbout(INTERNAL::WidgetLibraryPluginData *plugin, const QString &buildTi
     addRow(table, tr("Licence"), meta.license().get(meta.defaultLanguage(), true));
     addRow(table, tr("Plugin id"), meta.id());
     addRow(table, tr("Widgets"), QString::number(meta.widgets().size()));
-    addRow(table, tr("Languages"), (QStringList(meta.defaultLanguage()) + meta.translation())
-                                       .join(QLatin1String(", ")));
+    addRow(table, tr("Languages"),
+           (QStringList(meta.defaultLanguage()) + meta.translation()).join(QLatin1String(", ")));
     addRow(table, tr("Loaded in"), QStringLiteral("%1 ms").arg(plugin->loadingTimeMs(), 0, 'f', 1));
 }
 

@@ -123,7 +123,8 @@ void BenchToolBar::addPage(const BenchActions &actions)
         const QSize size = m_page->itemData(index).toSize();
         size.isValid() ? Q_EMIT pageSizeChosen(size) : Q_EMIT customPageSizeRequested();
     });
-    describe(m_background, {QStringLiteral("backgroundButton"), tr("Background"), tr("Background of the page"), {}});
+    describe(m_background,
+             {QStringLiteral("backgroundButton"), tr("Background"), tr("Background of the page"), {}});
     m_background->setIcon(benchIcon("background"));
     m_background->setPopupMode(QToolButton::InstantPopup);
     m_background->setMenu(makeBackgroundMenu());
