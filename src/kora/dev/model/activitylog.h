@@ -5,6 +5,7 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QString>
 #include <QtCore/QTimer>
+#include <QtCore/QVariant>
 #include <QtCore/QVector>
 
 #include <kora/export.h>
@@ -26,6 +27,9 @@ struct ActivityEntry
     QDateTime time;
     int count = 1; ///< repeats that were collapsed
 };
+
+/// A value as the activity shows it: short, with the kind of Qt where text alone would not tell it.
+KORA_EXPORT QString variantText(const QVariant &value);
 
 /// The latest crossings, oldest first. An entry that repeats the latest one in all but result and time counts that
 /// one up instead. Views are told at most twenty times a second, however many entries arrive. GUI thread.
@@ -63,7 +67,6 @@ private:
 
     QVector<ActivityEntry> m_entries; // shown
     QVector<ActivityEntry> m_pending; // waits for the next update
-    int m_repeatsOfLatest = 0;        // of the last shown entry, not yet shown
     QTimer m_flushTimer;
 };
 

@@ -3,10 +3,12 @@
 
 #include <QtCore/QObject>
 #include <QtCore/QPointF>
+#include <QtCore/QSet>
 #include <QtCore/QVector>
 #include <QtWidgets/QGraphicsScene>
 #include <QtWidgets/QUndoStack>
 
+#include <functional>
 #include <memory>
 
 #include <kora/dev/model/activitylog.h>
@@ -77,7 +79,7 @@ public:
     /// Places a widget at its default size with its centre at @p centre, in whole pixels, and selects it. It is placed
     /// also if no instance can be made: PlacedWidget::problem() says why.
     PlacedWidget *place(const QString &widgetId, const QString &version, const QPointF &centre);
-    /// Pictures of them with new names, moved by @p offset, selected.
+    /// Copies of them with new names, moved by @p offset, selected.
     void duplicate(const QVector<PlacedWidget *> &widgets, const QPointF &offset);
     /// The same of states, as of a clipboard.
     void paste(const QVector<PlacedWidgetState> &states, const QPointF &offset);
@@ -132,17 +134,22 @@ Q_SIGNALS:
 
 private:
     friend class PlacedWidget;
-    friend class BenchEdit;
 
-    struct Edits; // the undo commands
-
+    void push(const QString &text, const QString &mergeKey, const std::function<void()> &redo,
+              const std::function<void()> &undo);
+    void pushInsertion(const QString &text, const QVector<PlacedWidgetState> &states);
+    void pushStateEdit(PlacedWidget *widget, const QString &text, const QString &key,
+                       const std::function<void(PlacedWidgetState &)> &edit);
     PlacedWidget *insert(const PlacedWidgetState &state, int index, bool isStopped = false);
     void take(int id);
+    void clear();
     void applyPage(const PageState &page);
     void applyStacking();
     void applyFieldValue(int id, const QString &fieldId, const QVariant &value);
-    QString uniqueName(const QString &widgetId) const;
-    void push(QUndoCommand *command);
+    void applyFieldTexts(int id, const QString &fieldId, const QJsonValue &texts);
+    void onProvidersEdited();
+    void restoreProviders(const QJsonObject &json);
+    QString uniqueName(const QString &widgetId, const QSet<QString> &taken = {}) const;
 
     INTERNAL::WidgetLibraryPluginData *m_plugin;
     std::unique_ptr<Providers> m_providers;
@@ -154,6 +161,8 @@ private:
     PageState m_page;
     BenchMode m_mode = BenchMode::Studio;
     QString m_language;
+    QJsonObject m_providersBefore; // as of the last undo step
+    bool m_providersAreRestored = false;
     int m_lastId = 0;
     int m_lastGesture = 0;
 };

@@ -28,6 +28,10 @@ KORA_EXPORT INTERNAL::FieldType fieldTypeOf(const INTERNAL::WidgetMetaInformatio
 KORA_EXPORT QVariant fieldDefault(const INTERNAL::WidgetMetaInformation &info, const QString &id,
                                   const QString &language);
 
+/// What a field without a default is reset to: the type's zero; invalid for images, tags and trends, which may have no
+/// value.
+KORA_EXPORT QVariant emptyFieldValue(INTERNAL::FieldType type);
+
 /// All ids that hold values: the fields, and the fonts of multi-language texts.
 KORA_EXPORT QStringList fieldIds(const INTERNAL::WidgetMetaInformation &info);
 

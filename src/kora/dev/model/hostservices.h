@@ -35,6 +35,8 @@ public:
     bool isInsideDevProject() const override { return true; }
 
 private:
+    class Call;
+
     Providers *m_providers;
     ActivityLog *m_log;
     QString m_instance;

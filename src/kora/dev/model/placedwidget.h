@@ -75,12 +75,15 @@ private:
     PlacedWidget(BenchDocument *document, const PlacedWidgetState &state);
 
     void makeInstance(bool isStopped);
+    Finding checkInstance(bool isStopped) const;
+    void watchParts();
     void destroyInstance();
     void applyValues();
     void applyGeometry();
     void setRunning(bool isRunning);
     void writeField(const QString &fieldId, const QVariant &value, Origin origin);
     void applyText(const QString &fieldId);
+    QVariant boundValue(const QString &fieldId) const;
     void onPluginWrite(const QString &fieldId, const QVariant &value);
     void onTagChanged(const QString &tag, const QVariant &value);
     void deliverAlarm(const KORA::AlarmInfo &alarm);
