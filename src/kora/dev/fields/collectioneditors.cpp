@@ -48,7 +48,9 @@ protected:
 private:
     void elide()
     {
-        const QString flat = QString(m_summary).replace(QLatin1Char('\n'), QLatin1Char(' ')).replace(QLatin1Char('&'), QLatin1String("&&"));
+        const QString flat = QString(m_summary)
+                                 .replace(QLatin1Char('\n'), QLatin1Char(' '))
+                                 .replace(QLatin1Char('&'), QLatin1String("&&"));
         setText(fontMetrics().elidedText(flat, Qt::ElideRight, width() - 14));
     }
 
@@ -128,8 +130,9 @@ private:
     QString summary(const QVariant &value) const override
     {
         const QStringList texts = value.toStringList();
-        return texts.isEmpty() ? tr("no texts")
-                               : tr("%n text(s): %1", nullptr, texts.size()).arg(texts.join(QLatin1String(", ")));
+        return texts.isEmpty()
+                   ? tr("no texts")
+                   : tr("%n text(s): %1", nullptr, texts.size()).arg(texts.join(QLatin1String(", ")));
     }
 
     void fill(EditorPopup *popup, const QVariant &value) override
@@ -156,8 +159,10 @@ private:
             delete m_list->currentItem();
             sendTexts();
         });
-        connect(addButton(bar, tr("Up"), QStringLiteral("Up")), &QPushButton::clicked, this, [this] { move(-1); });
-        connect(addButton(bar, tr("Down"), QStringLiteral("Down")), &QPushButton::clicked, this, [this] { move(1); });
+        connect(addButton(bar, tr("Up"), QStringLiteral("Up")), &QPushButton::clicked, this,
+                [this] { move(-1); });
+        connect(addButton(bar, tr("Down"), QStringLiteral("Down")), &QPushButton::clicked, this,
+                [this] { move(1); });
         QPushButton *paste = addButton(bar, tr("Paste"), QStringLiteral("Paste"));
         paste->setToolTip(tr("Adds the lines of the clipboard"));
         connect(paste, &QPushButton::clicked, this, [this] {
@@ -218,8 +223,9 @@ private:
         for (auto entry = map.begin(); entry != map.end(); ++entry) {
             entries.append(QString::number(entry.key()) + QLatin1String("=") + entry.value());
         }
-        return map.isEmpty() ? tr("no texts")
-                             : tr("%n text(s): %1", nullptr, map.size()).arg(entries.join(QLatin1String(", ")));
+        return map.isEmpty()
+                   ? tr("no texts")
+                   : tr("%n text(s): %1", nullptr, map.size()).arg(entries.join(QLatin1String(", ")));
     }
 
     void fill(EditorPopup *popup, const QVariant &value) override
@@ -240,8 +246,10 @@ private:
         popup->content()->addWidget(m_problem);
         auto *bar = new QHBoxLayout;
         popup->content()->addLayout(bar);
-        connect(addButton(bar, tr("Add next free"), QStringLiteral("Add")), &QPushButton::clicked, this, &StringMapEditor::addNext);
-        connect(addButton(bar, tr("Remove"), QStringLiteral("Remove")), &QPushButton::clicked, this, &StringMapEditor::removeCurrent);
+        connect(addButton(bar, tr("Add next free"), QStringLiteral("Add")), &QPushButton::clicked, this,
+                &StringMapEditor::addNext);
+        connect(addButton(bar, tr("Remove"), QStringLiteral("Remove")), &QPushButton::clicked, this,
+                &StringMapEditor::removeCurrent);
         QPushButton *paste = addButton(bar, tr("Paste"), QStringLiteral("Paste"));
         paste->setToolTip(tr("Adds lines such as 1=Off from the clipboard"));
         connect(paste, &QPushButton::clicked, this, &StringMapEditor::paste);
@@ -338,7 +346,8 @@ private:
         }
         QMetaObject::invokeMethod(
             m_table, [this, index] { showMap(index); }, Qt::QueuedConnection);
-        tell(isTaken ? tr("Index %1 is there already").arg(wanted) : tr("\"%1\" is not a whole number").arg(text));
+        tell(isTaken ? tr("Index %1 is there already").arg(wanted)
+                     : tr("\"%1\" is not a whole number").arg(text));
     }
 
     StringMap m_map;

@@ -83,7 +83,8 @@ public:
 private:
     static QString nameOf(const QColor &color)
     {
-        return !color.isValid() ? QString() : color.name(color.alpha() < 255 ? QColor::HexArgb : QColor::HexRgb);
+        return !color.isValid() ? QString()
+                                : color.name(color.alpha() < 255 ? QColor::HexArgb : QColor::HexRgb);
     }
     void showText()
     {

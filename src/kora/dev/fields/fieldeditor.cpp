@@ -42,8 +42,7 @@ void FieldEditor::addPassive(QWidget *widget, int stretch)
 void FieldEditor::watch(QWidget *control, const QString &part, const QString &label)
 {
     control->setObjectName(m_context.objectName + part);
-    control->setAccessibleName(label.isEmpty() ? m_context.label
-                                               : tr("%1: %2").arg(m_context.label, label));
+    control->setAccessibleName(label.isEmpty() ? m_context.label : tr("%1: %2").arg(m_context.label, label));
     // By default the wheel gives spin boxes and combo boxes the focus, and changes them while one scrolls past.
     control->setFocusPolicy(Qt::StrongFocus);
     control->installEventFilter(this);

@@ -24,9 +24,9 @@ struct FieldEditorContext
     QVariant minimum;
     QVariant maximum;
     QVector<QPair<QVariant, QString>> choices;
-    QString language;                           ///< of a text that is kept per language; else empty
-    INTERNAL::FieldMetaInformation field;       ///< for the tags and trends that it accepts
-    Providers *providers = nullptr;             ///< of tags and trends; may be null
+    QString language;                     ///< of a text that is kept per language; else empty
+    INTERNAL::FieldMetaInformation field; ///< for the tags and trends that it accepts
+    Providers *providers = nullptr;       ///< of tags and trends; may be null
 };
 
 /// Edits one value in one row. It sends what the user enters and shows what it is told; it stores nothing.

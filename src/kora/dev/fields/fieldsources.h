@@ -20,7 +20,7 @@ struct FieldSource
 };
 
 /// Those of the field's kind, trends for a trend field and tags for the others; those that fit come first.
-QVector<FieldSource> fieldSources(const Providers *providers, const INTERNAL::FieldMetaInformation &field);
+QVector<FieldSource> fieldSources(Providers *providers, const INTERNAL::FieldMetaInformation &field);
 
 /// Whether the field may follow a tag or trend at all.
 bool canFollowSource(const INTERNAL::FieldMetaInformation &field);

@@ -27,14 +27,18 @@ struct PartRow
 };
 
 const PartRow partTable[] = {
-    {FontPart::Family, "Family", QT_TRANSLATE_NOOP("KORA::DEV::FontPart", "Family"), INTERNAL::FieldTypeOption,
-     &FieldMetaInformation::displayFontFamily, [](const QFont &font) { return QVariant(font.family()); },
+    {FontPart::Family, "Family", QT_TRANSLATE_NOOP("KORA::DEV::FontPart", "Family"),
+     INTERNAL::FieldTypeOption, &FieldMetaInformation::displayFontFamily,
+     [](const QFont &font) { return QVariant(font.family()); },
      [](QFont &font, const QVariant &value) { font.setFamily(value.toString()); }},
     {FontPart::Size, "Size", QT_TRANSLATE_NOOP("KORA::DEV::FontPart", "Size"), INTERNAL::FieldTypeInteger,
      &FieldMetaInformation::displayFontSize, [](const QFont &font) { return QVariant(font.pointSize()); },
-     [](QFont &font, const QVariant &value) { font.setPointSize(qBound(1, value.toInt(), largestFontSize)); }},
+     [](QFont &font, const QVariant &value) {
+         font.setPointSize(qBound(1, value.toInt(), largestFontSize));
+     }},
     {FontPart::Bold, "Bold", QT_TRANSLATE_NOOP("KORA::DEV::FontPart", "Bold"), INTERNAL::FieldTypeBool,
-     &FieldMetaInformation::displayFontBold, [](const QFont &font) { return QVariant(font.weight() >= boldFrom); },
+     &FieldMetaInformation::displayFontBold,
+     [](const QFont &font) { return QVariant(font.weight() >= boldFrom); },
      [](QFont &font, const QVariant &value) { font.setBold(value.toBool()); }},
     {FontPart::Style, "Style", QT_TRANSLATE_NOOP("KORA::DEV::FontPart", "Style"), INTERNAL::FieldTypeOption,
      &FieldMetaInformation::displayFontStyle,
@@ -79,7 +83,8 @@ FieldEditorContext fontPartContext(FontPart part)
     FieldEditorContext context;
     context.type = rowOf(part).type;
     if (part == FontPart::Family) {
-        for (const char *family : {"Roboto", "Roboto Black", "Roboto Light", "Roboto Medium", "Roboto Thin"}) {
+        for (const char *family :
+             {"Roboto", "Roboto Black", "Roboto Light", "Roboto Medium", "Roboto Thin"}) {
             context.choices.append({QLatin1String(family), QLatin1String(family)});
         }
     } else if (part == FontPart::Style) {

@@ -103,8 +103,9 @@ double NumberBox::bounded(double number) const
     if (m_maximum.isValid()) {
         number = std::min(number, m_maximum.toDouble());
     }
-    return m_isWhole ? qBound<double>(std::numeric_limits<int>::min(), number, std::numeric_limits<int>::max())
-                     : number;
+    return m_isWhole
+               ? qBound<double>(std::numeric_limits<int>::min(), number, std::numeric_limits<int>::max())
+               : number;
 }
 
 void NumberBox::stepBy(int steps)
@@ -117,8 +118,8 @@ void NumberBox::stepBy(int steps)
         steps *= 10;
     }
     // On whole multiples of the step: 0.1 + 0.2 is 0.3.
-    const double moved = m_isWhole ? number + steps
-                                   : QString::number(number + steps * step, 'g', 12).toDouble();
+    const double moved =
+        m_isWhole ? number + steps : QString::number(number + steps * step, 'g', 12).toDouble();
     const double next = bounded(moved);
     const QVariant value = m_isWhole ? QVariant(static_cast<int>(next)) : QVariant(next);
     setNumber(value);
@@ -143,7 +144,8 @@ QSize NumberBox::sizeHint() const
 {
     QStyleOptionSpinBox option;
     initStyleOption(&option);
-    const QSize text(fontMetrics().horizontalAdvance(QStringLiteral("-00000.00")), lineEdit()->sizeHint().height());
+    const QSize text(fontMetrics().horizontalAdvance(QStringLiteral("-00000.00")),
+                     lineEdit()->sizeHint().height());
     return style()->sizeFromContents(QStyle::CT_SpinBox, &option, text, this);
 }
 

@@ -94,7 +94,8 @@ QString failureOf(const RequirementsOutcome &outcome, const QStringList &fieldId
     const RequirementResult &last = outcome.results.last();
     const RequirementInfo &condition = last.condition;
     if (condition.fieldId.isEmpty()) {
-        return tr("never matches: the last condition is the empty part of \"%1\", and no field has an empty name")
+        return tr("never matches: the last condition is the empty part of \"%1\", and no field has an empty "
+                  "name")
             .arg(outcome.requirements);
     }
     if (hasOuterBlank(condition.fieldId)) {

@@ -91,8 +91,8 @@ private:
     }
     void add(const FieldSource &source)
     {
-        const QString text = source.problem.isEmpty() ? source.name
-                                                      : tr("%1 - %2").arg(source.name, source.problem);
+        const QString text =
+            source.problem.isEmpty() ? source.name : tr("%1 - %2").arg(source.name, source.problem);
         m_box->addItem(text, source.name);
         auto *item = qobject_cast<QStandardItemModel *>(m_box->model())->item(m_box->count() - 1);
         item->setEnabled(source.problem.isEmpty());

@@ -32,10 +32,13 @@ QVector<TestText> testTexts()
          QStringLiteral("Emergency cooling circuit of the second fermentation line ").repeated(4).trimmed()},
         {QT_TRANSLATE_NOOP("KORA::DEV::StringEditor", "Long word"),
          QStringLiteral("Reservewarmwasserbereitungsanlagensteuerung")},
-        {QT_TRANSLATE_NOOP("KORA::DEV::StringEditor", "Accents"), QString::fromUtf8("ÄÖÜ ñ ç ğ Å ŁŐ - Žluťoučký kůň")},
+        {QT_TRANSLATE_NOOP("KORA::DEV::StringEditor", "Accents"),
+         QString::fromUtf8("ÄÖÜ ñ ç ğ Å ŁŐ - Žluťoučký kůň")},
         {QT_TRANSLATE_NOOP("KORA::DEV::StringEditor", "Right to left"), QString::fromUtf8("مستوى الخزان 42")},
-        {QT_TRANSLATE_NOOP("KORA::DEV::StringEditor", "Line breaks"), QStringLiteral("first line\nsecond line\n\nfourth")},
-        {QT_TRANSLATE_NOOP("KORA::DEV::StringEditor", "Markup"), QStringLiteral("<b>5 < 6 & \"7\"</b> %1 100%")},
+        {QT_TRANSLATE_NOOP("KORA::DEV::StringEditor", "Line breaks"),
+         QStringLiteral("first line\nsecond line\n\nfourth")},
+        {QT_TRANSLATE_NOOP("KORA::DEV::StringEditor", "Markup"),
+         QStringLiteral("<b>5 < 6 & \"7\"</b> %1 100%")},
     };
 }
 
