@@ -89,6 +89,7 @@ public:
     void openPalette();
     void addFieldEntries(QVector<PaletteEntry> &entries);
     void addWidgetEntries(QVector<PaletteEntry> &entries);
+    void focusField(const QString &fieldId);
     void showContextMenu(PlacedWidget *widget, const QPoint &position);
     void placeAtCentre(const QString &widgetId, const QString &version);
     void showMessage(const QString &text);

@@ -3,10 +3,12 @@
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
+#include <QtCore/QMetaEnum>
 #include <QtCore/QMimeData>
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QScrollBar>
+#include <QtWidgets/QStyleOptionGraphicsItem>
 #include <QtWidgets/QToolTip>
 
 #include <algorithm>

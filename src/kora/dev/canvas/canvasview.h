@@ -8,6 +8,8 @@
 #include <kora/dev/canvas/selectionedits.h>
 #include <kora/export.h>
 
+class QMimeData;
+
 namespace KORA {
 namespace DEV {
 

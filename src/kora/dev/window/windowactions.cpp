@@ -5,8 +5,10 @@
 
 #include <QtWidgets/QAction>
 #include <QtWidgets/QMenuBar>
+#include <QtWidgets/QTreeWidget>
 
 #include <kora/core/widgetlibrarypluginmetainformation.h>
+#include <kora/dev/fields/fieldeditor.h>
 #include <kora/dev/fields/fieldmanager.h>
 #include <kora/dev/fields/fieldspane.h>
 #include <kora/dev/model/fieldvaluejson.h>
@@ -189,10 +191,22 @@ void WidgetLibraryPluginTestWidgetPrivate::addFieldEntries(QVector<PaletteEntry>
     for (const INTERNAL::FieldMetaInformation &field : fields) {
         const QString id = field.id();
         entries.append({Window::tr("Field: %1").arg(field.display().get(document->language(), true)), id,
-                        benchIcon("fields"), [this, id] {
-                            panes.show(PaneSet::Fields);
-                            panes.fields()->focusField(id);
-                        }});
+                        benchIcon("fields"), [this, id] { focusField(id); }});
+    }
+}
+
+void WidgetLibraryPluginTestWidgetPrivate::focusField(const QString &fieldId)
+{
+    panes.show(PaneSet::Fields);
+    FieldManager *manager = fieldManagers().value(fieldId);
+    if (!manager) {
+        return; // of another widget by now
+    }
+    fieldsPane->tree()->setCurrentItem(manager->row());
+    fieldsPane->tree()->scrollToItem(manager->row());
+    const FieldEditor *editor = manager->editor();
+    if (editor && !editor->controls().isEmpty()) {
+        editor->controls().first()->setFocus(Qt::ShortcutFocusReason);
     }
 }
 

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <kora/dev/fields/fieldcell.h>
+
+#include <QtGui/QPainter>
+#include <QtWidgets/QGridLayout>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QStyle>
+#include <QtWidgets/QToolButton>
+
+#include <kora/dev/fields/fieldeditor.h>
+#include <kora/dev/theme/icons.h>
+#include <kora/dev/theme/theme.h>
+
+namespace KORA {
+namespace DEV {
+
+namespace {
+
+const int buttonSide = 22;
+const int iconSide = 14;
+const int editorHeight = 24;
+
+/// Shows as much of its text as there is room for; the rest is in its tooltip.
+class NoteLabel : public QLabel
+{
+public:
+    NoteLabel() { setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.setPen(palette().color(foregroundRole()));
+        painter.drawText(rect(), Qt::AlignLeft | Qt::AlignTop,
+                         fontMetrics().elidedText(text(), Qt::ElideRight, width()));
+    }
+};
+
+QColor noteColor(FieldCell::Note kind)
+{
+    switch (kind) {
+    case FieldCell::Note::Error:
+        return BenchTheme::errorColor();
+    case FieldCell::Note::Warning:
+        return BenchTheme::warningColor();
+    default:
+        return BenchTheme::mutedColor();
+    }
+}
+
+} // namespace
+
+FieldCell::FieldCell(FieldEditor *editor, const QString &name, const QString &label)
+    : m_editor(editor->widget())
+    , m_link(makeButton(name + QStringLiteral("Link")))
+    , m_revert(makeButton(name + QStringLiteral("Revert")))
+    , m_noteLabel(new NoteLabel)
+{
+    auto *layout = new QGridLayout(this);
+    layout->setContentsMargins(2, 2, 2, 2);
+    layout->setSpacing(2);
+    m_editor->setMinimumHeight(editorHeight);
+    layout->addWidget(m_editor, 0, 0);
+    layout->addWidget(m_link, 0, 1);
+    layout->addWidget(m_revert, 0, 2);
+    layout->addWidget(m_noteLabel, 1, 0, 1, 3);
+    layout->setColumnStretch(0, 1);
+    m_noteLabel->hide();
+    QFont small = m_noteLabel->font();
+    small.setPointSizeF(std::max(6.0, small.pointSizeF() - 1));
+    m_noteLabel->setFont(small);
+
+    m_revert->setIcon(benchIcon("revert"));
+    m_revert->setAccessibleName(tr("Reset %1").arg(label));
+    m_link->setAccessibleName(tr("Tag of %1").arg(label));
+    m_revert->hide();
+    m_link->hide();
+    connect(m_revert, &QToolButton::clicked, this, &FieldCell::revertRequested);
+    connect(m_link, &QToolButton::clicked, this, &FieldCell::linkRequested);
+}
+
+// Their actions are also in the row's menu: the tab key goes from editor to editor.
+QToolButton *FieldCell::makeButton(const QString &name)
+{
+    auto *button = new QToolButton(this);
+    button->setObjectName(name);
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::NoFocus);
+    button->setFixedSize(buttonSide, buttonSide);
+    button->setIconSize({iconSide, iconSide});
+    QSizePolicy policy = button->sizePolicy();
+    policy.setRetainSizeWhenHidden(true); // editors stand in line
+    button->setSizePolicy(policy);
+    return button;
+}
+
+int FieldCell::rowHeight()
+{
+    return editorHeight + 4;
+}
+
+void FieldCell::setNote(Note kind, const QString &text)
+{
+    if (kind == m_note && text == m_noteText) {
+        return;
+    }
+    m_note = kind;
+    m_noteText = text;
+    QPalette colors = m_noteLabel->palette();
+    colors.setColor(QPalette::WindowText, noteColor(kind));
+    m_noteLabel->setPalette(colors);
+    m_noteLabel->setText(text);
+    m_noteLabel->setToolTip(text);
+    m_noteLabel->setVisible(!text.isEmpty());
+    update();
+    emit heightChanged();
+}
+
+void FieldCell::setLink(Link link, const QString &toolTip)
+{
+    m_link->setVisible(link != Link::None);
+    m_link->setIcon(benchIcon(link == Link::Locked ? "lock" : "link"));
+    m_link->setCheckable(link == Link::Bound);
+    m_link->setChecked(link == Link::Bound);
+    m_link->setToolTip(toolTip);
+}
+
+void FieldCell::setRevertable(bool isRevertable, const QString &toolTip)
+{
+    m_revert->setVisible(isRevertable);
+    m_revert->setToolTip(toolTip);
+}
+
+void FieldCell::paintEvent(QPaintEvent *event)
+{
+    QWidget::paintEvent(event);
+    if (m_note != Note::Error && m_note != Note::Warning) {
+        return;
+    }
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(noteColor(m_note), 1.5));
+    painter.drawRoundedRect(QRectF(m_editor->geometry()).adjusted(-1.5, -1.5, 1.5, 1.5), 3, 3);
+}
+
+} // namespace DEV
+} // namespace KORA
