@@ -295,7 +295,7 @@ QTreeWidgetItem *FieldsPane::groupRow(const FieldMetaInformation &field)
     if (!group) {
         group = new QTreeWidgetItem({label.isEmpty() ? key : label});
         group->setData(NameColumn, groupKeyRole, key);
-        m_tree->insertTopLevelItem(std::distance(m_groups.begin(), m_groups.find(key)), group);
+        m_tree->insertTopLevelItem(static_cast<int>(std::distance(m_groups.begin(), m_groups.find(key))), group);
         group->setFirstColumnSpanned(true);
         QFont font = m_tree->font();
         font.setBold(true);
