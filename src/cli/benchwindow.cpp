@@ -11,8 +11,11 @@
 #include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QVBoxLayout>
 
+#include <kora/dev/diagnosis/plugindiagnosis.h>
 #include <kora/dev/model/benchdocument.h>
 #include <kora/dev/model/plugincall.h>
+#include <kora/dev/panes/consolemodel.h>
+#include <kora/dev/providers/providers.h>
 #include <kora/dev/session/benchsession.h>
 #include <kora/dev/theme/theme.h>
 #include <kora/host.h>
@@ -91,9 +94,13 @@ void BenchWindow::open(const BenchStart &start)
     if (!m_start.theme.isEmpty()) {
         BenchTheme::apply(themeNamed(m_start.theme), m_window.get());
     }
+    followLog();
     m_isLoaded = openPlugin();
     if (m_start.isReload() && !m_isLoaded) {
-        send("refused", {{QStringLiteral("reason"), QStringLiteral("the library cannot be loaded")}});
+        const Findings findings = diagnosePluginFolder(m_start.folder);
+        const QString reason =
+            findings.isEmpty() ? QStringLiteral("the library cannot be loaded") : findings.first().message;
+        send("refused", {{QStringLiteral("reason"), reason}});
         return; // the supervising process ends this one
     }
     fillPage();
@@ -122,6 +129,22 @@ void BenchWindow::open(const BenchStart &start)
                        {QStringLiteral("dropped"), QJsonArray::fromStringList(m_dropped)},
                        {QStringLiteral("banners"), QJsonArray::fromStringList(m_window->banners())}});
     });
+}
+
+/// Lines of the log are what an author looks for first after a crash.
+void BenchWindow::followLog()
+{
+    const auto *filter = m_window->findChild<ConsoleFilter *>();
+    auto *console = filter ? qobject_cast<ConsoleModel *>(filter->sourceModel()) : nullptr;
+    if (!console || !m_trace) {
+        return;
+    }
+    connect(console, &ConsoleModel::rowsInserted, m_trace.get(),
+            [this, console](const QModelIndex &, int first, int last) {
+                for (int row = first; row <= last; ++row) {
+                    m_trace->addLogLine(ConsoleModel::toText(console->line(row)));
+                }
+            });
 }
 
 bool BenchWindow::openPlugin()
@@ -164,6 +187,10 @@ void BenchWindow::fillPage()
 
 bool BenchWindow::fillFrom(const Scenario &scenario)
 {
+    const QString path = m_window->scenarioPath();
+    if (!path.isEmpty()) {
+        m_window->document()->providers()->setFolder(QFileInfo(path).absolutePath());
+    }
     m_kept = m_window->document()->load(scenario, m_dropped, m_start.isStopped);
     m_window->restoreWindowState(scenario.view);
     return m_dropped.isEmpty();
@@ -311,6 +338,11 @@ void BenchWindow::showDetails(const QString &title, const QString &text)
 void BenchWindow::startAgain(const QString &without)
 {
     BenchDocument *document = m_window->document();
+    if (document->widgets().isEmpty()) {
+        emit m_window->reloadRequested(
+            false); // it crashed over the first widget, which a fresh window places
+        return;
+    }
     const auto widgets = document->widgets(); // the plugin's code may place or remove some
     int count = 0;
     for (PlacedWidget *widget : widgets) {

@@ -33,6 +33,7 @@ public:
     void open(const BenchStart &start);
 
 private:
+    void followLog();
     bool openPlugin();
     void fillPage();
     bool fillFrom(const KORA::DEV::Scenario &scenario);

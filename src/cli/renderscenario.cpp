@@ -10,6 +10,7 @@
 #include <kora/dev/model/benchdocument.h>
 #include <kora/dev/model/fieldvaluejson.h>
 #include <kora/dev/providers/providers.h>
+#include <kora/dev/theme/theme.h>
 #include <kora/host.h>
 
 #include "command.h"
@@ -178,6 +179,7 @@ int drawScenario(WidgetLibraryPluginData *plugin, const Scenario &scenario,
                  const ScenarioRendering &rendering, LogCollector &log)
 {
     BenchDocument document(plugin);
+    document.scene()->setPalette(BenchTheme::pagePalette());
     const QStringList problems = fillPage(document, scenario, rendering);
     if (!problems.isEmpty()) {
         return failure(QStringLiteral("%1 does not fit the plugin").arg(rendering.scenario), problems);
