@@ -17,7 +17,6 @@
 #include <kora/dev/fields/fieldspane.h>
 #include <kora/dev/panes/instancespane.h>
 #include <kora/dev/panes/problemspane.h>
-#include <kora/dev/panes/widgetspane.h>
 #include <kora/dev/providers/providers.h>
 #include <kora/loader/plugindata.h>
 #include <kora/runtime/widgetlibraryplugin.h>
@@ -136,9 +135,6 @@ bool WidgetLibraryPluginTestWidget::openPluginFolder(const QString &folder, Star
     d->isStopped = start == Start::Stopped;
     if (!d->load(d->folder)) {
         return false;
-    }
-    if (start != Start::Stopped) {
-        d->panes.widgets()->loadIcons();
     }
     if (start == Start::FirstWidget) {
         d->placeFirstWidget();

@@ -89,8 +89,6 @@ void WidgetLibraryPluginTestWidgetPrivate::connectPageActions()
         canvas->setKeepsNoKeys(isOn);
         updateMode();
     });
-    QObject::connect(actions["privateFields"], &QAction::toggled, owner,
-                     [this](bool isOn) { panes.fields()->setPrivateFieldsShown(isOn); });
 }
 
 void WidgetLibraryPluginTestWidgetPrivate::connectWidgetActions()

@@ -37,8 +37,7 @@ void WidgetLibraryPluginTestWidgetPrivate::setDocument(std::unique_ptr<BenchDocu
     centre->addWidget(canvas);
     centre->setFocusProxy(canvas);
     owner->centralWidget()->setFocusProxy(canvas);
-    panes.setDocument(document.get());
-    setFieldsPane(panes.fields());
+    fillPanes();
     connectDocument();
     connectCanvas();
     if (document->plugin()) {
@@ -73,10 +72,23 @@ void WidgetLibraryPluginTestWidgetPrivate::connectDocument()
     const auto onUndo = [this] { updateUndo(); };
     QObject::connect(doc->undoStack(), &QUndoStack::indexChanged, owner, onUndo);
     QObject::connect(doc->undoStack(), &QUndoStack::cleanChanged, owner, onUndo);
+}
+
+void WidgetLibraryPluginTestWidgetPrivate::fillPanes()
+{
+    panes.setDocument(document.get());
+    setFieldsPane(panes.fields());
     QObject::connect(panes.widgets(), &WidgetsPane::placeRequested, owner,
                      [this](const QString &id, const QString &version) { placeAtCentre(id, version); });
     QObject::connect(panes.instances(), &InstancesPane::failed, owner,
                      [this](const QString &text) { showMessage(text); });
+    auto *offered = panes.fields()->findChild<QAction *>(QStringLiteral("fieldsPrivate"));
+    offered->setChecked(actions["privateFields"]->isChecked());
+    QObject::connect(actions["privateFields"], &QAction::toggled, offered, &QAction::setChecked);
+    QObject::connect(offered, &QAction::toggled, actions["privateFields"], &QAction::setChecked);
+    if (document->plugin() && !isStopped) {
+        panes.widgets()->loadIcons();
+    }
 }
 
 void WidgetLibraryPluginTestWidgetPrivate::connectCanvas()
@@ -191,8 +203,7 @@ void WidgetLibraryPluginTestWidgetPrivate::setTheme(Theme theme)
     actions[names[static_cast<int>(theme)]]->setChecked(true);
     BenchTheme::apply(theme, owner);
     if (panes.widgets()) {
-        panes.setDocument(document.get()); // rows keep their colours otherwise
-        setFieldsPane(panes.fields());
+        fillPanes(); // rows keep their colours otherwise
     }
 }
 
