@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <kora/dev/panes/flowlayout_p.h>
 
+#include <QtWidgets/QWidget>
+
 #include <algorithm>
 
 namespace KORA {

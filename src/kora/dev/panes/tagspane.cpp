@@ -5,6 +5,7 @@
 #include <kora/dev/providers/providers.h>
 
 #include <QtWidgets/QAction>
+#include <QtWidgets/QTableView>
 
 namespace KORA {
 namespace DEV {
