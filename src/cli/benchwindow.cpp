@@ -5,6 +5,7 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonArray>
 #include <QtGui/QFontDatabase>
+#include <QtWidgets/QAbstractItemView>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QDialogButtonBox>
@@ -15,6 +16,7 @@
 #include <kora/dev/model/benchdocument.h>
 #include <kora/dev/model/plugincall.h>
 #include <kora/dev/panes/consolemodel.h>
+#include <kora/dev/panes/consolepane.h>
 #include <kora/dev/providers/providers.h>
 #include <kora/dev/session/benchsession.h>
 #include <kora/dev/theme/theme.h>
@@ -134,7 +136,9 @@ void BenchWindow::open(const BenchStart &start)
 /// Lines of the log are what an author looks for first after a crash.
 void BenchWindow::followLog()
 {
-    const auto *filter = m_window->findChild<ConsoleFilter *>();
+    const auto *pane = m_window->findChild<ConsolePane *>();
+    const auto *view = pane ? pane->findChild<QAbstractItemView *>() : nullptr;
+    const auto *filter = view ? qobject_cast<ConsoleFilter *>(view->model()) : nullptr;
     auto *console = filter ? qobject_cast<ConsoleModel *>(filter->sourceModel()) : nullptr;
     if (!console || !m_trace) {
         return;
