@@ -10,12 +10,12 @@
 #include <QtWidgets/QScrollArea>
 #include <QtWidgets/QStyle>
 
+#include <kora/dev/canvas/findingtext.h>
+
 namespace KORA {
 namespace DEV {
 
 namespace {
-
-constexpr int cardWidth = 640;
 
 QStyle::StandardPixmap severityIcon(Finding::Severity severity)
 {
@@ -27,41 +27,6 @@ QStyle::StandardPixmap severityIcon(Finding::Severity severity)
     default:
         return QStyle::SP_MessageBoxCritical;
     }
-}
-
-QString placeOf(const Finding &finding)
-{
-    QStringList parts;
-    if (!finding.file.isEmpty()) {
-        QString place = finding.file;
-        for (const int number : {finding.line, finding.column}) {
-            place += number > 0 ? QStringLiteral(":") + QString::number(number) : QString();
-        }
-        parts.append(place);
-    }
-    if (!finding.pointer.isEmpty()) {
-        parts.append(finding.pointer);
-    }
-    if (finding.code != 0) {
-        parts.append(ErrorCard::tr("code %1").arg(finding.code));
-    }
-    return parts.join(QStringLiteral("  ·  "));
-}
-
-QString asSentence(const QString &text)
-{
-    return text.isEmpty() ? text : text.left(1).toUpper() + text.mid(1);
-}
-
-QStringList linesOf(const Finding &finding)
-{
-    QStringList lines;
-    for (const QString &line : {asSentence(finding.message), placeOf(finding), asSentence(finding.hint)}) {
-        if (!line.isEmpty()) {
-            lines.append(line);
-        }
-    }
-    return lines;
 }
 
 } // namespace

@@ -14,7 +14,7 @@ namespace DEV {
 namespace {
 
 constexpr int checkerSide = 8; // of the viewport, as a picture editor's
-constexpr qreal leastGridPixels = 6;
+constexpr qreal leastGridPixels = 8;
 
 QBrush checkerboard(qreal zoom)
 {
@@ -65,7 +65,7 @@ void paintPage(QPainter &painter, const QRectF &exposed, const PageState &page, 
                const QPalette &palette)
 {
     constexpr int deskShade = 115;
-    constexpr int gridAlpha = 26;
+    constexpr int gridAlpha = 22;
     const QRectF rect(QPointF(), page.size);
     const QRectF visible = rect & exposed;
     painter.save();

@@ -53,32 +53,38 @@ bool TouchEmulator::mousePress(const QMouseEvent &event)
     }
     moveTo(event.localPos(), event.modifiers());
     m_leftIsDown = true;
-    const bool isTaken = send();
-    if (!isTaken) {
-        m_leftIsDown = false;
+    m_isTaken = true;
+    m_isTaken = send();
+    if (!m_isTaken) {
         m_down.clear();
     }
-    return isTaken;
+    Q_EMIT fingersMoved();
+    return m_isTaken;
 }
 
 bool TouchEmulator::mouseMove(const QMouseEvent &event)
 {
     moveTo(event.localPos(), event.modifiers());
-    return m_leftIsDown || !(event.buttons() & Qt::LeftButton);
+    return m_isTaken || !m_leftIsDown;
 }
 
 bool TouchEmulator::mouseRelease(const QMouseEvent &event)
 {
-    const bool isOurs = event.button() == Qt::RightButton || m_leftIsDown;
     moveTo(event.localPos(), event.modifiers());
     if (event.button() == Qt::RightButton) {
         m_rightIsDown = false;
         setModifiers(event.modifiers());
-    } else if (event.button() == Qt::LeftButton && m_leftIsDown) {
-        m_leftIsDown = false;
-        send();
+        return true;
     }
-    return isOurs;
+    if (event.button() != Qt::LeftButton) {
+        return false;
+    }
+    const bool wasTaken = m_isTaken;
+    m_leftIsDown = false;
+    send();
+    m_isTaken = false;
+    Q_EMIT fingersMoved();
+    return wasTaken;
 }
 
 void TouchEmulator::moveTo(const QPointF &position, Qt::KeyboardModifiers modifiers)
@@ -88,9 +94,7 @@ void TouchEmulator::moveTo(const QPointF &position, Qt::KeyboardModifiers modifi
     }
     setModifiers(modifiers);
     m_position = position;
-    if (m_leftIsDown) {
-        send();
-    }
+    send();
     Q_EMIT fingersMoved();
 }
 
@@ -100,9 +104,7 @@ void TouchEmulator::setModifiers(Qt::KeyboardModifiers modifiers)
     const bool isParallel = modifiers.testFlag(Qt::ShiftModifier);
     setCompanion(!isHeld ? Companion::None : isParallel ? Companion::Parallel : Companion::Mirrored);
     m_hasThird = isHeld && modifiers.testFlag(Qt::ControlModifier);
-    if (m_leftIsDown) {
-        send();
-    }
+    send();
     Q_EMIT fingersMoved();
 }
 
@@ -131,7 +133,7 @@ void TouchEmulator::setHovering(bool isHovering)
 
 void TouchEmulator::cancel()
 {
-    m_leftIsDown = m_rightIsDown = m_hasThird = false;
+    m_leftIsDown = m_rightIsDown = m_isTaken = m_hasThird = false;
     m_companion = Companion::None;
     if (!m_down.isEmpty()) {
         m_down.clear();
@@ -158,6 +160,9 @@ QVector<QPointF> TouchEmulator::fingers() const
 
 bool TouchEmulator::send()
 {
+    if (!m_isTaken) {
+        return false;
+    }
     const QVector<QPointF> wanted = m_leftIsDown ? fingers() : QVector<QPointF>();
     Points points;
     QVector<Finger> down;
@@ -255,11 +260,11 @@ void TouchEmulator::paint(QPainter &painter, const QPalette &palette) const
     const QVector<QPointF> positions = fingers();
     for (int i = 0; i < positions.size(); ++i) {
         QColor fill = palette.color(QPalette::Highlight);
-        fill.setAlpha(m_leftIsDown ? 200 : 90);
-        painter.setPen(QPen(Qt::white, 2));
+        painter.setPen(QPen(fill.darker(140), 1.5));
+        fill.setAlpha(m_leftIsDown ? 230 : 120);
         painter.setBrush(fill);
         painter.drawEllipse(positions.at(i), fingerRadius - 1, fingerRadius - 1);
-        painter.setPen(Qt::white);
+        painter.setPen(palette.color(QPalette::HighlightedText));
         painter.drawText(squareRound(positions.at(i), fingerRadius), Qt::AlignCenter, QString::number(i + 1));
     }
     painter.restore();

@@ -83,6 +83,7 @@ private:
     Companion m_companion = Companion::None;
     bool m_hasThird = false;
     bool m_leftIsDown = false;
+    bool m_isTaken = false; // by what is touched, since the left button went down
     bool m_rightIsDown = false;
     bool m_isHovering = false;
     QVector<Finger> m_down; // as they were sent last

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include <kora/dev/canvas/findingtext.h>
 #include <kora/dev/model/placedwidget.h>
 
 namespace KORA {
@@ -18,27 +19,14 @@ namespace DEV {
 namespace {
 
 constexpr qreal stripeWidth = 4;
-constexpr qreal padding = 8;
+constexpr qreal smallWidth = 200;
+constexpr qreal smallHeight = 100;
 constexpr qreal smallestTextWidth = 56;
 
 // Stopped on purpose is no error.
 QColor stripeColor(const Finding &problem)
 {
     return problem.rule == QLatin1String("stopped") ? QColor(0xc7, 0x82, 0x00) : QColor(0xd3, 0x2f, 0x2f);
-}
-
-QString firstLetterRaised(QString text)
-{
-    if (!text.isEmpty()) {
-        text[0] = text.at(0).toUpper();
-    }
-    return text;
-}
-
-QString place(const Finding &problem)
-{
-    return problem.line > 0 ? QStringLiteral("%1:%2").arg(problem.file, QString::number(problem.line))
-                            : problem.file;
 }
 
 /// Writes into @p area from its top, wraps, elides what has no room, and takes from the area what it used.
@@ -89,6 +77,32 @@ void paintMark(QPainter &painter, const QRectF &rect, const QColor &color)
     painter.drawText(circle, Qt::AlignCenter, QStringLiteral("!"));
 }
 
+QFont smaller(const QFont &font)
+{
+    constexpr qreal factor = 0.85;
+    QFont result = font;
+    if (font.pointSizeF() > 0) {
+        result.setPointSizeF(font.pointSizeF() * factor);
+    }
+    return result;
+}
+
+void paintTexts(QPainter &painter, QRectF area, const PlacedWidget &widget, const QPalette &palette,
+                const QFont &font)
+{
+    constexpr qreal distance = 4;
+    const QColor color = palette.color(QPalette::Text);
+    QColor quiet = color;
+    quiet.setAlpha(170);
+    QFont bold = font;
+    bold.setBold(true);
+    writeText(painter, area, asSentence(widget.problem().message), bold, color);
+    area.setTop(area.top() + distance);
+    writeText(painter, area, asSentence(widget.problem().hint), font, color);
+    area.setTop(area.top() + distance);
+    writeText(painter, area, widget.name(), font, quiet);
+}
+
 } // namespace
 
 void paintWidgetCard(QPainter &painter, const QRectF &rect, const PlacedWidget &widget,
@@ -101,35 +115,24 @@ void paintWidgetCard(QPainter &painter, const QRectF &rect, const PlacedWidget &
     painter.fillRect(card, palette.color(QPalette::Base));
     painter.setPen(QPen(color, 1));
     painter.drawRect(card.adjusted(0, 0, -1, -1));
-    QRectF area = card.adjusted(stripeWidth + padding, padding, -padding, -padding);
+    const bool isSmall = card.height() < smallHeight || card.width() < smallWidth;
+    const qreal padding = isSmall ? 4 : 8;
+    const QRectF area = card.adjusted(stripeWidth + padding, padding, -padding, -padding);
     if (area.width() < smallestTextWidth || area.height() < QFontMetricsF(font).height()) {
         paintMark(painter, card, color);
-        painter.restore();
-        return;
+    } else {
+        painter.fillRect(QRectF(card.topLeft(), QSizeF(stripeWidth, card.height())), color);
+        paintTexts(painter, area, widget, palette, isSmall ? smaller(font) : font);
     }
-    painter.fillRect(QRectF(card.topLeft(), QSizeF(stripeWidth, card.height())), color);
-    QColor quiet = palette.color(QPalette::Text);
-    quiet.setAlpha(170);
-    QFont bold = font;
-    bold.setBold(true);
-    writeText(painter, area, firstLetterRaised(widget.problem().message), bold,
-              palette.color(QPalette::Text));
-    area.setTop(area.top() + padding / 2);
-    writeText(painter, area, firstLetterRaised(widget.problem().hint), font, palette.color(QPalette::Text));
-    area.setTop(area.top() + padding / 2);
-    writeText(painter, area, widget.name(), font, quiet);
     painter.restore();
 }
 
 QString widgetCardToolTip(const PlacedWidget &widget)
 {
-    const Finding &problem = widget.problem();
-    QStringList lines{
-        QStringLiteral("<b>%1: %2</b>").arg(widget.name().toHtmlEscaped(), problem.message.toHtmlEscaped())};
-    for (const QString &text : {firstLetterRaised(problem.hint), place(problem)}) {
-        if (!text.isEmpty()) {
-            lines.append(text.toHtmlEscaped());
-        }
+    QStringList lines{QStringLiteral("<b>%1</b>").arg(widget.name().toHtmlEscaped())};
+    const QStringList texts = linesOf(widget.problem());
+    for (const QString &text : texts) {
+        lines.append(text.toHtmlEscaped());
     }
     return QStringLiteral("<qt>%1</qt>").arg(lines.join(QStringLiteral("<br>")));
 }
