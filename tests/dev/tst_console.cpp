@@ -2,6 +2,7 @@
 #include <support/logrecorder.h>
 #include <support/testmain.h>
 
+#include <QtCore/QSettings>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QLineEdit>

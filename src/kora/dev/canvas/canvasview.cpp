@@ -189,6 +189,7 @@ void CanvasView::setTouchEmulation(bool isOn)
     m_touch->cancel();
     m_touchIsEmulated = isOn;
     m_touch->setHovering(emulatesTouch() && viewport()->underMouse());
+    updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
 }
 
 void CanvasView::cancelGesture()
@@ -485,11 +486,13 @@ void CanvasView::contextMenuEvent(QContextMenuEvent *event)
 
 bool CanvasView::event(QEvent *event)
 {
-    // Accepting says that the key is no shortcut, but for the one that has the focus.
-    if (event->type() == QEvent::ShortcutOverride && !isStudio()
-        && !keepsKey(*static_cast<QKeyEvent *>(event))) {
-        event->accept();
-        return true;
+    // Who accepts this gets the key even if it is a shortcut of the window.
+    if (event->type() == QEvent::ShortcutOverride) {
+        const bool isTaken = isStudio() ? m_studio->isActive() : !keepsKey(*static_cast<QKeyEvent *>(event));
+        if (isTaken) {
+            event->accept();
+            return true;
+        }
     }
     return QGraphicsView::event(event);
 }
@@ -544,8 +547,8 @@ PlacedWidget *CanvasView::receiver(const QEvent &event) const
     if (PlacedWidget *grabber = m_document->widgetOfItem(scene()->mouseGrabberItem())) {
         return grabber;
     }
-    const QPointF mouse = viewport()->mapFromGlobal(QCursor::pos());
-    return m_document->widgetOfItem(itemAt(eventPosition(event, mouse).toPoint()));
+    // By geometry: to ask the items what is there would run their code.
+    return m_studio->widgetAt(eventPosition(event, viewport()->mapFromGlobal(QCursor::pos())));
 }
 
 void CanvasView::showToolTip(const QHelpEvent &event)
@@ -710,7 +713,8 @@ void CanvasView::setDropRect(const QRectF &rect)
 
 void CanvasView::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (event->mimeData()->hasFormat(widgetMimeType())) {
+    m_isWidgetDrag = event->mimeData()->hasFormat(widgetMimeType());
+    if (m_isWidgetDrag) {
         event->acceptProposedAction();
     } else {
         QGraphicsView::dragEnterEvent(event);
@@ -719,7 +723,7 @@ void CanvasView::dragEnterEvent(QDragEnterEvent *event)
 
 void CanvasView::dragMoveEvent(QDragMoveEvent *event)
 {
-    if (!event->mimeData()->hasFormat(widgetMimeType())) {
+    if (!m_isWidgetDrag) {
         QGraphicsView::dragMoveEvent(event);
         return;
     }
@@ -730,12 +734,14 @@ void CanvasView::dragMoveEvent(QDragMoveEvent *event)
 void CanvasView::dragLeaveEvent(QDragLeaveEvent *event)
 {
     setDropRect({});
-    QGraphicsView::dragLeaveEvent(event);
+    if (!m_isWidgetDrag) {
+        QGraphicsView::dragLeaveEvent(event);
+    }
 }
 
 void CanvasView::dropEvent(QDropEvent *event)
 {
-    if (!event->mimeData()->hasFormat(widgetMimeType())) {
+    if (!m_isWidgetDrag) {
         QGraphicsView::dropEvent(event);
         return;
     }

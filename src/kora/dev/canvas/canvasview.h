@@ -158,6 +158,7 @@ private:
     bool m_keepsNoKeys = false;
     bool m_spaceIsDown = false;
     bool m_isPanning = false;
+    bool m_isWidgetDrag = false;
     QPointF m_panPosition;
 };
 

@@ -216,9 +216,9 @@ void StudioTool::beginMove()
         m_state = State::Marquee; // as on the page itself: a locked widget may cover all of it
         return;
     }
-    QVector<PlacedWidget *> widgets;
+    QVector<PlacedWidget *> widgets{m_pressed};
     for (PlacedWidget *widget : m_document->selection()) {
-        if (!widget->isLocked()) {
+        if (!widget->isLocked() && widget != m_pressed) {
             widgets.append(widget);
         }
     }
