@@ -77,7 +77,7 @@ bool BenchSupervisor::reportTo(const QString &path)
     }
     auto *notifier = new QSocketNotifier(STDIN_FILENO, QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, &BenchSupervisor::onCommands);
-    return m_report.open(stdout, QIODevice::WriteOnly | QIODevice::Unbuffered);
+    return m_report.open(STDOUT_FILENO, QIODevice::WriteOnly | QIODevice::Unbuffered);
 }
 
 bool BenchSupervisor::begin()

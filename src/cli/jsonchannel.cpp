@@ -19,6 +19,7 @@ void JsonChannel::send(const QJsonObject &message)
 {
     if (m_socket.state() == QLocalSocket::ConnectedState) {
         m_socket.write(QJsonDocument(message).toJson(QJsonDocument::Compact) + '\n');
+        m_socket.flush(); // the process may be gone before its event loop runs again
     }
 }
 

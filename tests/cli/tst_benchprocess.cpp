@@ -19,7 +19,7 @@
 namespace {
 
 const QString pluginId = QStringLiteral("7d1c1d3e-6c0a-4d7c-8f53-2b7f1c6f0a42");
-const int longestWait = 60000; // a sanitizer is slow
+const int longestWait = 15000;
 
 QString libraryIn(const QString &folder)
 {
