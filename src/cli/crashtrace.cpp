@@ -4,7 +4,9 @@
 #include <QtCore/QDir>
 
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
+#include <cxxabi.h>
 #include <execinfo.h>
 #include <fcntl.h>
 #include <unistd.h>
@@ -68,14 +70,44 @@ QString lineOf(const ActivityEntry &entry)
              result, times);
 }
 
-QStringList lastLines(const QString &path)
+QStringList linesOf(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         return {};
     }
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+QStringList lastLines(const QString &path)
+{
+    const QStringList lines = linesOf(path);
     return lines.mid(qMax(0, lines.size() - lineCount));
+}
+
+// "lib.so(_ZN4Tank4initEv+0x12)[0x7f]" with the function's name as it stands in the source
+QString readableFrame(const QString &frame)
+{
+    const int begin = frame.indexOf(QLatin1Char('(')) + 1;
+    const int end = frame.indexOf(QLatin1Char('+'), begin);
+    int status = -1;
+    const QByteArray mangled = frame.mid(begin, end - begin).toLatin1();
+    char *name = end > begin ? abi::__cxa_demangle(mangled.constData(), nullptr, nullptr, &status) : nullptr;
+    const QString result = name ? frame.left(begin) + QString::fromLatin1(name) + frame.mid(end) : frame;
+    std::free(name);
+    return result;
+}
+
+// Innermost first; the handler's own frames are of no interest.
+QStringList backtraceOf(const QString &path)
+{
+    const int ownFrames = 2;
+    QStringList frames;
+    const QStringList lines = linesOf(path).mid(ownFrames, lineCount);
+    for (const QString &line : lines) {
+        frames.append(readableFrame(line));
+    }
+    return frames;
 }
 
 void addSection(QStringList &details, const QString &title, const QStringList &lines)
@@ -133,7 +165,8 @@ BenchCrash CrashTrace::read(const QString &folder, const QString &cause)
     crash.calls = CallTrace::runningCalls(dir.filePath(QStringLiteral("calls")));
     QStringList details{crash.summary(), QString()};
     addSection(details, QStringLiteral("Running calls, outermost first:"), crash.calls);
-    addSection(details, QStringLiteral("Backtrace:"), lastLines(dir.filePath(QStringLiteral("backtrace"))));
+    addSection(details, QStringLiteral("Backtrace, innermost first:"),
+               backtraceOf(dir.filePath(QStringLiteral("backtrace"))));
     addSection(details, QStringLiteral("Last activity:"),
                lastLines(dir.filePath(QStringLiteral("activity"))));
     addSection(details, QStringLiteral("Last log lines:"), lastLines(dir.filePath(QStringLiteral("log"))));
