@@ -270,7 +270,7 @@ void BenchWindow::keepSession()
         m_window->showBanner(BannerKind::Error, tr("What is open cannot be kept: %1").arg(problem), {},
                              sessionBanner);
     });
-    m_session->noteChange();
+    m_session->save(); // a plugin that crashes at once is to find it there
 }
 
 // Telling what happened -------------------------------------------------------------------------------------------
