@@ -22,10 +22,11 @@ using KORA::DEV::BenchSession;
 
 namespace {
 
-const int handOverMs = 2000;   // for a window to put its session on disk; it may hang in the plugin
-const int readyMs = 20000;     // for a window to take over
-const int closeMs = 3000;      // for a window to end
-const qint64 repeatMs = 60000; // two crashes within this time are one too many
+const int handOverMs = 2000;      // for a window to put its session on disk; it may hang in the plugin
+const int readyMs = 20000;        // for a window to take over
+const int closeMs = 3000;         // for a window to end
+const qint64 repeatedEndMs = 500; // who asks again after that will not wait
+const qint64 repeatMs = 60000;    // two crashes within this time are one too many
 
 } // namespace
 
@@ -315,7 +316,12 @@ void BenchSupervisor::openOther(const QString &folder)
 
 void BenchSupervisor::endAll()
 {
-    const int patience = m_isEnding ? 0 : closeMs; // asked for twice
+    const qint64 now = monotonicMs();
+    if (m_isEnding && now - m_endRequestMs < repeatedEndMs) {
+        return; // one end that is told twice, to the process and to its group
+    }
+    const int patience = m_isEnding ? 0 : closeMs;
+    m_endRequestMs = now;
     m_isEnding = true;
     const auto windows = findChildren<WindowProcess *>();
     for (WindowProcess *window : windows) {

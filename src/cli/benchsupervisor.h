@@ -67,6 +67,7 @@ private:
     QTimer m_handOverTimer;
     qint64 m_reloadSinceMs = 0;
     qint64 m_lastCrashMs = -1;
+    qint64 m_endRequestMs = 0;
     int m_windowCount = 0;
     int m_exitCode = 0;
     bool m_isEnding = false;

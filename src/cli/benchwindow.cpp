@@ -92,10 +92,7 @@ void BenchWindow::open(const BenchStart &start)
     if (!m_start.traceFolder.isEmpty()) {
         m_trace = std::make_unique<CrashTrace>(m_start.traceFolder);
     }
-    m_window = std::make_unique<WidgetLibraryPluginTestWidget>();
-    if (!m_start.theme.isEmpty()) {
-        BenchTheme::apply(themeNamed(m_start.theme), m_window.get());
-    }
+    makeWindow();
     followLog();
     m_isLoaded = openPlugin();
     if (m_start.isReload() && !m_isLoaded) {
@@ -131,6 +128,17 @@ void BenchWindow::open(const BenchStart &start)
                        {QStringLiteral("dropped"), QJsonArray::fromStringList(m_dropped)},
                        {QStringLiteral("banners"), QJsonArray::fromStringList(m_window->banners())}});
     });
+}
+
+/// A theme of the command line is for this run: the window is made with it, and the user's own is remembered again.
+void BenchWindow::makeWindow()
+{
+    const Theme remembered = BenchTheme::remembered();
+    if (!m_start.theme.isEmpty()) {
+        BenchTheme::remember(themeNamed(m_start.theme));
+    }
+    m_window = std::make_unique<WidgetLibraryPluginTestWidget>();
+    BenchTheme::remember(remembered);
 }
 
 /// Lines of the log are what an author looks for first after a crash.

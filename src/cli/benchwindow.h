@@ -33,6 +33,7 @@ public:
     void open(const BenchStart &start);
 
 private:
+    void makeWindow();
     void followLog();
     bool openPlugin();
     void fillPage();
