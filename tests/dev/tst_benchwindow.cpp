@@ -47,6 +47,7 @@ public:
     {
         isOpen = openPluginFolder(plantFolder(), start);
         show();
+        QApplication::setActiveWindow(this);
     }
 
     template<typename T>
@@ -105,8 +106,7 @@ void type(const Bench &bench, const char *field, const QString &text)
 // Internal parts of Qt's controls, which have the focus on behalf of their parent.
 bool isPart(const QWidget *widget)
 {
-    return widget->objectName().startsWith(QLatin1String("qt_")) || widget->focusProxy()
-           || widget->window() != widget->parentWidget()->window();
+    return widget->objectName().startsWith(QLatin1String("qt_")) || widget->focusProxy();
 }
 
 QStringList unnamedControls(const QWidget &window)
@@ -114,7 +114,7 @@ QStringList unnamedControls(const QWidget &window)
     QStringList unnamed;
     const auto widgets = window.findChildren<QWidget *>();
     for (QWidget *each : widgets) {
-        if (each->focusPolicy() == Qt::NoFocus || isPart(each)) {
+        if (each->window() != &window || each->focusPolicy() == Qt::NoFocus || isPart(each)) {
             continue;
         }
         const QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(each);

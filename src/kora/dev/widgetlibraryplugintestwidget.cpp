@@ -101,10 +101,7 @@ WidgetLibraryPluginTestWidgetPrivate::WidgetLibraryPluginTestWidgetPrivate(
 
 WidgetLibraryPluginTestWidgetPrivate::~WidgetLibraryPluginTestWidgetPrivate()
 {
-    // What shows the document goes before it, and the document before the plugin.
-    delete canvas;
-    panes.dropDocument();
-    document.reset();
+    dropDocument();
     loader.unload();
 }
 

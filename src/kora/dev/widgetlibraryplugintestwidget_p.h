@@ -53,6 +53,7 @@ public:
     // The window ------------------------------------------------------------------------------------------------
 
     void setDocument(std::unique_ptr<BenchDocument> newDocument);
+    void dropDocument();
     void fillPanes();
     void connectDocument();
     void connectCanvas();

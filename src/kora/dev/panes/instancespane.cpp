@@ -201,7 +201,7 @@ void InstancesPane::updateRow(QTreeWidgetItem *row, const PlacedWidget &widget)
     const bool wasUpdating = std::exchange(m_isUpdating, true);
     const bool hasProblem = !widget.problem().rule.isEmpty();
     row->setText(NameColumn, widget.name());
-    row->setIcon(NameColumn, hasProblem ? benchIcon("error") : QIcon());
+    row->setIcon(NameColumn, benchIcon(hasProblem ? "error" : "widgets"));
     row->setForeground(NameColumn,
                        hasProblem ? QBrush(BenchTheme::errorColor()) : palette().brush(QPalette::Text));
     row->setToolTip(NameColumn, QStringLiteral("%1 %2\n%3")

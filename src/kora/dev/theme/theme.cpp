@@ -98,7 +98,8 @@ QStatusBar { border-top: 1px solid palette(mid); background: palette(window); }
 QStatusBar::item { border: none; }
 QTabBar::tab { padding: 5px 10px; border: none; border-bottom: 2px solid transparent;
                background: transparent; }
-QTabBar::tab:selected { border-bottom-color: palette(highlight); font-weight: 600; }
+QTabBar::tab:selected { border-bottom-color: palette(highlight); }
+QTabBar::tab:!selected { color: palette(placeholder-text); }
 QTabBar::tab:hover:!selected { border-bottom-color: palette(mid); }
 QHeaderView::section { padding: 4px 6px; border: none; border-bottom: 1px solid palette(mid);
                        border-right: 1px solid palette(mid); background: palette(window); }

@@ -68,6 +68,8 @@ const Spec specs[] = {
     {"canvasOnly", KORA_BENCH_TEXT("Page o&nly"), nullptr, "F11", Checkable, nullptr},
     {"nextPane", KORA_BENCH_TEXT("Ne&xt pane"), nullptr, "F6", 0, nullptr},
     {"previousPane", KORA_BENCH_TEXT("Pre&vious pane"), nullptr, "Shift+F6", 0, nullptr},
+    {"closePane", KORA_BENCH_TEXT("&Close pane"), nullptr, "Ctrl+W", 0, nullptr},
+    {"floatPane", KORA_BENCH_TEXT("Pane as a &window, or back"), nullptr, "Ctrl+Shift+W", 0, nullptr},
     {"resetLayout", KORA_BENCH_TEXT("Reset &layout"), nullptr, nullptr, 0, nullptr},
     {nullptr, nullptr, nullptr, nullptr, 0, nullptr},
     {"themeSystem", KORA_BENCH_TEXT("Theme as the s&ystem"), nullptr, nullptr, Checkable, "theme"},

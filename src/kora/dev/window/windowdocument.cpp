@@ -24,10 +24,22 @@ namespace DEV {
 
 using Window = WidgetLibraryPluginTestWidget;
 
-void WidgetLibraryPluginTestWidgetPrivate::setDocument(std::unique_ptr<BenchDocument> newDocument)
+void WidgetLibraryPluginTestWidgetPrivate::dropDocument()
 {
+    if (!document) {
+        return;
+    }
+    // What shows the document goes before it; what it says while it goes is of no interest.
+    document->disconnect(owner);
+    document->undoStack()->disconnect(owner);
     delete canvas;
     panes.dropDocument();
+    document.reset();
+}
+
+void WidgetLibraryPluginTestWidgetPrivate::setDocument(std::unique_ptr<BenchDocument> newDocument)
+{
+    dropDocument();
     document = std::move(newDocument);
     canvas = new CanvasView(document.get());
     canvas->setObjectName(QStringLiteral("canvas"));
@@ -176,6 +188,8 @@ void WidgetLibraryPluginTestWidgetPrivate::updateTitle()
 void WidgetLibraryPluginTestWidgetPrivate::updateLibraryStatus()
 {
     const INTERNAL::WidgetLibraryPluginData *plugin = document->plugin();
+    console.setSourceName(plugin->metaInformation()->id(),
+                          plugin->metaInformation()->name().get(document->language(), true));
     const QDateTime built = QFileInfo(plugin->libraryPath()).lastModified();
     buildTime = built.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
     statusLine->setLibrary(
