@@ -30,7 +30,7 @@ struct Colors
 
 const Colors lightColors = {"#f3f4f6", "#ffffff", "#f8f9fb", "#1b2430", "#5c6675", "#9aa3af", "#fcfcfd",
                             "#d3d8df", "#1f66d1", "#1a5bbd", "#b42318", "#8f5600", "#166b3a"};
-const Colors darkColors = {"#20242b", "#171a20", "#1c2027", "#e3e7ed", "#98a2b1", "#646e7c", "#2a2f38",
+const Colors darkColors = {"#1d2026", "#272b33", "#2b3039", "#e3e7ed", "#98a2b1", "#646e7c", "#323843",
                            "#3a414d", "#3d7fe0", "#7db0ff", "#ff8a80", "#f5bd4f", "#6fd394"};
 
 QColor color(const char *name)

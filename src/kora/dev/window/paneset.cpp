@@ -29,7 +29,7 @@ const int leftWidth = 220;
 const int rightWidth = 370;
 const int upperHeight = 300;
 const int lowerHeight = 150;
-const int bottomHeight = 200;
+const int bottomHeight = 220;
 
 const PaneSet::Pane bottomPanes[] = {PaneSet::Console, PaneSet::Activity, PaneSet::Tags,    PaneSet::Trends,
                                      PaneSet::Alarms,  PaneSet::History,  PaneSet::Problems};
