@@ -19,6 +19,7 @@
 #include <kora/dev/panes/tagspane.h>
 #include <kora/dev/panes/trendspane.h>
 #include <kora/dev/panes/widgetspane.h>
+#include <kora/dev/window/panetitle.h>
 
 namespace KORA {
 namespace DEV {
@@ -187,12 +188,11 @@ void PaneSet::updateTitleBars()
     for (QDockWidget *each : qAsConst(m_docks)) {
         const bool isTab = !each->isFloating() && !m_window->tabifiedDockWidgets(each).isEmpty();
         QWidget *present = each->titleBarWidget();
-        if (isTab && !present) {
-            each->setTitleBarWidget(new QWidget(each));
-        } else if (!isTab && present) {
-            each->setTitleBarWidget(nullptr);
-            present->deleteLater();
+        if (present && isTab != (qobject_cast<PaneTitle *>(present) != nullptr)) {
+            continue;
         }
+        each->setTitleBarWidget(isTab ? new QWidget(each) : new PaneTitle(each));
+        delete present;
     }
     const auto bars = m_window->findChildren<QTabBar *>(QString(), Qt::FindDirectChildrenOnly);
     for (QTabBar *bar : bars) {
