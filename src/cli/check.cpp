@@ -158,10 +158,12 @@ void CheckRun::unreadable(const QString &path, const QString &reason)
 
 QString CheckRun::nextCommand() const
 {
-    for (const Finding &finding : m_report.findings) {
-        if (finding.severity != Finding::Note) {
-            return QStringLiteral("kora explain %1")
-                .arg(finding.code != 0 ? QString::number(finding.code) : finding.rule);
+    for (const Finding::Severity severity : {Finding::Error, Finding::Warning}) {
+        for (const Finding &finding : m_report.findings) {
+            if (finding.severity == severity) {
+                return QStringLiteral("kora explain %1")
+                    .arg(finding.code != 0 ? QString::number(finding.code) : finding.rule);
+            }
         }
     }
     return m_nextCommand;
