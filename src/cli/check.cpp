@@ -239,8 +239,7 @@ void addCheckCommand(CLI::App &app, CommandRun &run)
         ->add_option("--translation-file", options->translationFiles,
                      "Translation file of a metadata file, instead of those beside it; repeatable")
         ->option_text("FILE")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+        ->allow_extra_args(false);
     command->footer("Runs no code of the plugin, so it also checks libraries for other processors.\n"
                     "Exit status: 0 fine, 1 findings, 2 wrong usage, 3 a path cannot be read.");
     command->callback([options, &run] { run = [options] { return runCheck(*options); }; });

@@ -28,9 +28,14 @@ constexpr int mostFoldersUp = 10;
 constexpr int mostSourceFiles = 5000;
 constexpr qint64 largestSource = 8 * 1024 * 1024;
 
+// QUuid alone accepts any tail, such as "<uuid>-old".
 bool isUuidName(const QString &name)
 {
-    return !QUuid::fromString(name).isNull();
+    const QUuid uuid = QUuid::fromString(name);
+    const auto is = [&](QUuid::StringFormat format) {
+        return uuid.toString(format).compare(name, Qt::CaseInsensitive) == 0;
+    };
+    return !uuid.isNull() && (is(QUuid::WithoutBraces) || is(QUuid::WithBraces));
 }
 
 QByteArray contentOf(const QString &path)
