@@ -114,7 +114,7 @@ private:
     QString begin()
     {
         const bool isMember = !m_levels.isEmpty() && !m_levels.last().isArray;
-        const QString pointer = nextPointer();
+        QString pointer = nextPointer();
         if (isMember && m_source.m_spans.contains(pointer)) {
             m_source.m_repeatedKeys.append({pointer, m_source.placeAt(m_keyStart)});
         }

@@ -266,6 +266,7 @@ void tst_MetadataCheck::eachRuleFindsItsFixtureAlone_data()
     QTest::newRow("requirement-last-counts") JSON_ROW("alarm==true", "alarm==true&&mode==1");
     QTest::newRow("repeated-language") JSON_ROW("[\"it-IT\"]", "[\"it-IT\", \"en-US\"]");
     QTest::newRow("language-without-file") JSON_ROW("[\"it-IT\"]", "[\"it-IT\", \"de-DE\"]");
+    QTest::newRow("csv-header") CSV_ROW("en-US,comment,it-IT\n", "");
     QTest::newRow("csv-encoding") CSV_ROW("Manometro", "Man\xf2metro");
     QTest::newRow("csv-fields") CSV_ROW("Gauge,,M", "More, words,,M\nGauge,,M");
     QTest::newRow("csv-conflict") CSV_ROW("On,,Acceso\n", "On,,Acceso\nOn,,Attivo\n");
