@@ -13,6 +13,7 @@
 #include "output.h"
 #include "rules.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -49,6 +50,7 @@ public:
 private:
     void path(const QString &path);
     void folder(const QString &path);
+    void noPlugins(const QString &path);
     void file(const QString &path);
     void metadataFile(const QString &path, const QByteArray &content);
     void unreadable(const QString &path, const QString &reason);
@@ -105,16 +107,36 @@ void CheckRun::folder(const QString &path)
         unreadable(path, QStringLiteral("the folder cannot be read"));
         return;
     }
-    const QStringList folders = QDir(path).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    if (isPluginFolder(path) || folders.isEmpty()) {
+    if (isPluginFolder(path)) {
         checkPluginFolder(path, libraryOptions(), m_options.isComplete, m_report);
         m_nextCommand = QStringLiteral("kora render %1 --out pictures").arg(quoted(path));
         return;
     }
-    for (const QString &folder : folders) {
-        checkPluginFolder(QDir(path).filePath(folder), libraryOptions(), m_options.isComplete, m_report);
+    const QDir dir(path);
+    const QStringList folders = dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    const bool hasPlugins = std::any_of(folders.cbegin(), folders.cend(), [&dir](const QString &folder) {
+        return isPluginFolder(dir.filePath(folder));
+    });
+    if (!hasPlugins) {
+        noPlugins(path);
+        return;
+    }
+    for (const QString &folder : folders) { // the loader looks at every one
+        checkPluginFolder(dir.filePath(folder), libraryOptions(), m_options.isComplete, m_report);
     }
     m_nextCommand = QStringLiteral("kora list %1").arg(quoted(path));
+}
+
+void CheckRun::noPlugins(const QString &path)
+{
+    Finding finding;
+    finding.rule = QStringLiteral("folder-empty");
+    finding.file = path;
+    finding.message = QStringLiteral("this is no plugin folder and holds none");
+    finding.hint = QStringLiteral(
+        "a plugin folder is named by the plugin's id; kora_add_widget_library() makes it below "
+        "\"plugins\" in the build folder");
+    m_report.findings.append(finding);
 }
 
 void CheckRun::file(const QString &path)
@@ -129,7 +151,7 @@ void CheckRun::file(const QString &path)
         metadataFile(path, file.readAll());
         return;
     }
-    checkLibrary(path, libraryOptions(), m_report);
+    checkLibrary(path, libraryOptions(), m_report); // checks that run the library's code belong behind this
     m_nextCommand = QStringLiteral("kora check <plugins>/<id>");
 }
 
@@ -158,10 +180,12 @@ void CheckRun::unreadable(const QString &path, const QString &reason)
 
 QString CheckRun::nextCommand() const
 {
-    for (const Finding &finding : m_report.findings) {
-        if (finding.severity != Finding::Note) {
-            return QStringLiteral("kora explain %1")
-                .arg(finding.code != 0 ? QString::number(finding.code) : finding.rule);
+    for (const Finding::Severity severity : {Finding::Error, Finding::Warning}) {
+        for (const Finding &finding : m_report.findings) {
+            if (finding.severity == severity) {
+                return QStringLiteral("kora explain %1")
+                    .arg(finding.code != 0 ? QString::number(finding.code) : finding.rule);
+            }
         }
     }
     return m_nextCommand;
@@ -215,8 +239,7 @@ void addCheckCommand(CLI::App &app, CommandRun &run)
         ->add_option("--translation-file", options->translationFiles,
                      "Translation file of a metadata file, instead of those beside it; repeatable")
         ->option_text("FILE")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+        ->allow_extra_args(false);
     command->footer("Runs no code of the plugin, so it also checks libraries for other processors.\n"
                     "Exit status: 0 fine, 1 findings, 2 wrong usage, 3 a path cannot be read.");
     command->callback([options, &run] { run = [options] { return runCheck(*options); }; });
