@@ -65,7 +65,7 @@ void AlarmsPane::addBurst()
     m_burstRate->setLocale(QLocale::c());
     m_burstRate->setRange(1, AlarmTable::MaximumBurst);
     m_burstRate->setValue(UsualRate);
-    m_burstRate->setSuffix(tr(" per s"));
+    m_burstRate->setSuffix(tr("/s"));
     m_burstRate->setKeyboardTracking(false);
     describeControl(m_burstRate, prefixed("BurstRate"), tr("Alarm changes per second"),
                     tr("Alarm changes per second of the clock"));

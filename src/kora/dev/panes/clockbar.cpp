@@ -88,8 +88,8 @@ void ClockBar::addNumbers(const QString &prefix)
     m_seed->setRange(0, std::numeric_limits<int>::max());
     m_seed->setPrefix(tr("Seed "));
     m_seed->setKeyboardTracking(false);
-    m_seed->setFixedWidth(
-        m_seed->fontMetrics().horizontalAdvance(m_seed->prefix() + QStringLiteral("0000000")) + 24);
+    m_seed->setFixedWidth(m_seed->fontMetrics().horizontalAdvance(m_seed->prefix() + QStringLiteral("00000"))
+                          + 24);
     describeControl(m_seed, prefix + QStringLiteral("ClockSeed"), tr("Seed of the generators"),
                     tr("Random walks and spikes are the same for the same seed"));
     ignoreWheelWithoutFocus(m_seed);

@@ -56,6 +56,7 @@ protected:
 
 private:
     void setUpView();
+    void fitColumns();
     void setUpActions(const QString &noun);
     void updateState();
 
