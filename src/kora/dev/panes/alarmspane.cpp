@@ -46,6 +46,12 @@ AlarmsPane::AlarmsPane(Providers *providers, QWidget *parent)
     currentChanged();
 }
 
+AlarmsPane::~AlarmsPane()
+{
+    m_form->disconnect(this);
+    m_burstRate->disconnect(this);
+}
+
 void AlarmsPane::addStateAction(const QString &name, const QString &text, const QString &toolTip,
                                 AlarmStates::Action action)
 {

@@ -62,6 +62,14 @@ ProviderPane::ProviderPane(ProviderTable *rows, BenchClock *clock, const QString
     m_view->setCurrentIndex(rows->index(0, 0));
 }
 
+// An open editor would hand over its text while the pane is already going.
+ProviderPane::~ProviderPane()
+{
+    m_rows->disconnect(this);
+    m_view->selectionModel()->disconnect(this);
+    m_view->setModel(nullptr);
+}
+
 void ProviderPane::setUpView()
 {
     describeControl(m_view, prefixed("Table"), m_prefix, QString());
