@@ -72,7 +72,7 @@ QString TrendCurve::caption() const
     }
     const TrendTable::Question *question = trends->lastQuestion(m_trend);
     if (!question) {
-        return tr("No widget has asked yet: the last minute");
+        return tr("Last minute; not asked yet");
     }
     return tr("Asked: %1 to %2, %3 values; got %4")
         .arg(clockText(question->from), clockText(question->to), QString::number(question->count),

@@ -578,7 +578,7 @@ QVariant TagTable::displayed(const TagDefinition &tag, int column) const
     case NameColumn:
         return tag.name;
     case ValueColumn:
-        return TagValues::text(tag.value);
+        return TagValues::shortText(tag.value);
     case TypeColumn:
         return typeName(tag.type);
     case KnownColumn:
@@ -603,6 +603,15 @@ QVariant TagTable::editable(const TagDefinition &tag, int column) const
     default:
         return GeneratorCells::editable(tag.generator, column - GeneratorColumn);
     }
+}
+
+QString TagTable::toolTip(const Entry &entry, int column) const
+{
+    if (!entry.problem.isEmpty()) {
+        return entry.problem;
+    }
+    return column == ValueColumn ? TagValues::text(entry.definition.value)
+                                 : displayed(entry.definition, column).toString();
 }
 
 QStringList TagTable::choices(int column) const
@@ -633,7 +642,9 @@ QVariant TagTable::data(const QModelIndex &index, int role) const
                    ? QVariant(entry.definition.isKnown ? Qt::Checked : Qt::Unchecked)
                    : QVariant();
     case Qt::ToolTipRole:
-        return entry.problem.isEmpty() ? displayed(entry.definition, index.column()) : entry.problem;
+        return toolTip(entry, index.column());
+    case ProblemRole:
+        return entry.problem;
     case EditorRole:
         return editorOf(index.row(), index.column());
     case ChoicesRole:

@@ -555,6 +555,8 @@ QVariant TrendTable::data(const QModelIndex &index, int role) const
     case Qt::ToolTipRole:
         return rowProblem(index.row()).isEmpty() ? displayed(entry, column).toString()
                                                  : rowProblem(index.row());
+    case ProblemRole:
+        return rowProblem(index.row());
     case EditorRole:
         return editorOf(index.row(), column);
     case ChoicesRole:
