@@ -180,6 +180,11 @@ void CanvasView::setTouchEmulation(bool isOn)
     m_touchIsEmulated = isOn;
     m_touch->setHovering(emulatesTouch() && viewport()->underMouse());
     updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+    if (emulatesTouch()) {
+        Q_EMIT message(
+            tr("The left button is a finger. Alt or the right button: a second one, mirrored; with "
+               "Shift parallel; with Ctrl a third"));
+    }
 }
 
 void CanvasView::cancelGesture()
