@@ -1,40 +1,28 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <kora/dev/canvas/canvasview.h>
 
-#include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
 #include <QtCore/QMetaEnum>
 #include <QtCore/QMimeData>
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QScrollBar>
 #include <QtWidgets/QStyleOptionGraphicsItem>
 #include <QtWidgets/QToolTip>
 
 #include <algorithm>
-#include <cmath>
 
-#include <kora/core/widgetlibrarypluginmetainformation.h>
 #include <kora/dev/canvas/pagepainter.h>
 #include <kora/dev/canvas/studiotool.h>
 #include <kora/dev/canvas/touchemulator.h>
 #include <kora/dev/canvas/widgetcard.h>
 #include <kora/dev/model/benchdocument.h>
 #include <kora/dev/model/plugincall.h>
-#include <kora/loader/plugindata.h>
 
 namespace KORA {
 namespace DEV {
 
 namespace {
 
-constexpr double zoomSteps[] = {0.1, 0.25, 0.33, 0.5, 0.67, 0.75, 1, 1.25, 1.5, 2, 3, 4, 8, 16};
-constexpr double zoomPerNotch = 1.25;
 constexpr double pixelGridZoom = 8;
-constexpr qreal fitMargin = 24;
-constexpr qreal wheelNotch = 120;
-constexpr qreal scrollPerNotch = 60;
-const QSizeF fallbackSize(120, 80); // what a widget without a default size is placed at
 
 bool isInput(QEvent::Type type)
 {
@@ -108,6 +96,7 @@ CanvasView::CanvasView(BenchDocument *document, QWidget *parent)
     : QGraphicsView(document->scene(), parent)
     , m_document(document)
     , m_edits(document)
+    , m_navigation(new PageNavigation(document, this))
     , m_studio(new StudioTool(document, this))
     , m_touch(new TouchEmulator(viewport()))
 {
@@ -128,6 +117,7 @@ CanvasView::CanvasView(BenchDocument *document, QWidget *parent)
     m_overlayTimer.setSingleShot(true);
     m_overlayTimer.setInterval(0);
     connect(&m_overlayTimer, &QTimer::timeout, this, &CanvasView::updateOverlay);
+    connect(m_navigation, &PageNavigation::zoomChanged, this, &CanvasView::zoomChanged);
     connect(m_studio, &StudioTool::overlayChanged, this, &CanvasView::updateOverlay);
     connect(m_studio, &StudioTool::message, this, &CanvasView::message);
     connect(m_studio, &StudioTool::activated, this, &CanvasView::activated);
@@ -152,8 +142,7 @@ void CanvasView::connectDocument()
     connect(m_document, &BenchDocument::modeChanged, this, &CanvasView::applyMode);
     connect(m_document, &BenchDocument::loaded, this, &CanvasView::applyMode);
     connect(m_document, &BenchDocument::pageChanged, this, [this] {
-        updateSceneRect();
-        applyFit();
+        m_navigation->adapt();
         viewport()->update();
     });
     for (PlacedWidget *widget : m_document->widgets()) {
@@ -176,7 +165,8 @@ bool CanvasView::isStudio() const
 void CanvasView::applyMode()
 {
     cancelGesture();
-    m_isPanning = m_spaceIsDown = false;
+    m_navigation->endPan();
+    m_spaceIsDown = false;
     setInteractive(!isStudio());
     setFocusPolicy(Qt::StrongFocus);
     m_touch->setHovering(emulatesTouch() && viewport()->underMouse());
@@ -190,6 +180,11 @@ void CanvasView::setTouchEmulation(bool isOn)
     m_touchIsEmulated = isOn;
     m_touch->setHovering(emulatesTouch() && viewport()->underMouse());
     updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+    if (emulatesTouch()) {
+        Q_EMIT message(
+            tr("The left button is a finger. Alt or the right button: a second one, mirrored; with "
+               "Shift parallel; with Ctrl a third"));
+    }
 }
 
 void CanvasView::cancelGesture()
@@ -200,119 +195,10 @@ void CanvasView::cancelGesture()
 
 // View -----------------------------------------------------------------------------------------------------
 
-void CanvasView::setZoom(double zoom, const QPointF &anchor)
-{
-    const double wanted = qBound(smallestZoom, zoom, largestZoom);
-    const QPointF point = viewportTransform().inverted().map(anchor);
-    const bool isOther = !qFuzzyCompare(wanted, this->zoom());
-    m_fit = m_isFitting ? m_fit : Fit::None;
-    setTransform(QTransform::fromScale(wanted, wanted));
-    updateSceneRect();
-    scrollBy(viewportTransform().map(point) - anchor);
-    viewport()->update();
-    if (isOther) {
-        Q_EMIT zoomChanged(wanted);
-    }
-}
-
-void CanvasView::setZoom(double zoom)
-{
-    setZoom(zoom, QRectF(viewport()->rect()).center());
-}
-
-void CanvasView::zoomIn()
-{
-    constexpr double sameStep = 1.001;
-    const auto *next = std::upper_bound(std::cbegin(zoomSteps), std::cend(zoomSteps), zoom() * sameStep);
-    setZoom(next == std::cend(zoomSteps) ? largestZoom : *next);
-}
-
-void CanvasView::zoomOut()
-{
-    constexpr double sameStep = 0.999;
-    const auto *next = std::lower_bound(std::cbegin(zoomSteps), std::cend(zoomSteps), zoom() * sameStep);
-    setZoom(next == std::cbegin(zoomSteps) ? smallestZoom : *(next - 1));
-}
-
-void CanvasView::fitPage()
-{
-    m_fit = Fit::Page;
-    applyFit();
-}
-
-void CanvasView::fitSelection()
-{
-    QRectF rect;
-    for (const PlacedWidget *widget : m_document->selection()) {
-        rect |= widget->geometry();
-    }
-    if (rect.isEmpty()) {
-        fitPage();
-    } else {
-        m_fit = Fit::None;
-        showRect(rect);
-    }
-}
-
-void CanvasView::applyFit()
-{
-    if (m_fit == Fit::Page) {
-        m_isFitting = true;
-        showRect(QRectF(QPointF(), m_document->page().size));
-        m_isFitting = false;
-    }
-}
-
-void CanvasView::showRect(const QRectF &rect)
-{
-    const QRectF room = QRectF(viewport()->rect()).adjusted(fitMargin, fitMargin, -fitMargin, -fitMargin);
-    if (room.isEmpty()) {
-        return;
-    }
-    setZoom(std::min(room.width() / rect.width(), room.height() / rect.height()));
-    scrollBy(viewportTransform().map(rect.center()) - QRectF(viewport()->rect()).center());
-}
-
-/// Leaves room round the page, so that every point of it can be brought to every point of the view.
-void CanvasView::updateSceneRect()
-{
-    const QSizeF room = QSizeF(viewport()->size()) / zoom();
-    setSceneRect(QRectF(QPointF(), m_document->page().size)
-                     .adjusted(-room.width(), -room.height(), room.width(), room.height()));
-}
-
-void CanvasView::scrollBy(const QPointF &delta)
-{
-    horizontalScrollBar()->setValue(horizontalScrollBar()->value() + qRound(delta.x()));
-    verticalScrollBar()->setValue(verticalScrollBar()->value() + qRound(delta.y()));
-}
-
-QJsonObject CanvasView::viewState() const
-{
-    const QPointF centre = viewportTransform().inverted().map(QRectF(viewport()->rect()).center());
-    QJsonObject state{{QStringLiteral("fit"), m_fit == Fit::Page}};
-    state.insert(QStringLiteral("zoom"), zoom());
-    state.insert(QStringLiteral("centre"), QJsonArray{centre.x(), centre.y()});
-    return state;
-}
-
-void CanvasView::setViewState(const QJsonObject &state)
-{
-    if (state.value(QStringLiteral("fit")).toBool(true)) {
-        fitPage();
-        return;
-    }
-    const QJsonArray centre = state.value(QStringLiteral("centre")).toArray();
-    const QPointF point(centre.at(0).toDouble(), centre.at(1).toDouble());
-    setZoom(state.value(QStringLiteral("zoom")).toDouble(1));
-    scrollBy(viewportTransform().map(point) - QRectF(viewport()->rect()).center());
-}
-
 void CanvasView::resizeEvent(QResizeEvent *event)
 {
     QGraphicsView::resizeEvent(event);
-    updateSceneRect();
-    applyFit();
+    m_navigation->adapt();
 }
 
 void CanvasView::scrollContentsBy(int dx, int dy)
@@ -324,23 +210,15 @@ void CanvasView::scrollContentsBy(int dx, int dy)
 
 void CanvasView::wheelEvent(QWheelEvent *event)
 {
-    const QPointF angle = event->angleDelta();
     if (event->modifiers().testFlag(Qt::ControlModifier)) {
-        setZoom(zoom() * std::pow(zoomPerNotch, angle.y() / wheelNotch), event->position());
-        event->accept();
-        return;
-    }
-    if (!isStudio()) {
+        m_navigation->zoomByWheel(*event);
+    } else if (isStudio()) {
+        m_navigation->scrollByWheel(*event);
+    } else {
+        event->ignore();
         QGraphicsView::wheelEvent(event);
         return;
     }
-    QPointF delta =
-        event->pixelDelta().isNull() ? angle / wheelNotch * scrollPerNotch : QPointF(event->pixelDelta());
-    if (event->modifiers().testFlag(Qt::ShiftModifier) && delta.x() == 0) {
-        delta = {delta.y(), 0};
-    }
-    m_fit = Fit::None;
-    scrollBy(-delta);
     event->accept();
 }
 
@@ -349,9 +227,7 @@ bool CanvasView::panPress(const QMouseEvent &event)
     const bool isPan =
         event.button() == Qt::MiddleButton || (event.button() == Qt::LeftButton && m_spaceIsDown);
     if (isPan) {
-        m_isPanning = true;
-        m_fit = Fit::None;
-        m_panPosition = event.localPos();
+        m_navigation->startPan(event);
         updateCursor(event.localPos());
     }
     return isPan;
@@ -359,7 +235,7 @@ bool CanvasView::panPress(const QMouseEvent &event)
 
 void CanvasView::updateCursor(const QPointF &position)
 {
-    if (m_isPanning) {
+    if (m_navigation->isPanning()) {
         viewport()->setCursor(Qt::ClosedHandCursor);
     } else if (m_spaceIsDown) {
         viewport()->setCursor(Qt::OpenHandCursor);
@@ -406,9 +282,8 @@ void CanvasView::selectUnderMouse(const QMouseEvent &event)
 
 void CanvasView::mouseMoveEvent(QMouseEvent *event)
 {
-    if (m_isPanning) {
-        scrollBy(m_panPosition - event->localPos());
-        m_panPosition = event->localPos();
+    if (m_navigation->isPanning()) {
+        m_navigation->pan(*event);
         return;
     }
     if (isStudio()) {
@@ -425,8 +300,8 @@ void CanvasView::mouseMoveEvent(QMouseEvent *event)
 
 void CanvasView::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (m_isPanning) {
-        m_isPanning = (event->buttons() & (Qt::MiddleButton | Qt::LeftButton)) != 0;
+    if (m_navigation->isPanning()) {
+        m_navigation->endPan();
         updateCursor(event->localPos());
         return;
     }
@@ -578,6 +453,7 @@ void CanvasView::focusInEvent(QFocusEvent *event)
         QGraphicsView::focusInEvent(event);
     }
     event->accept();
+    viewport()->update();
 }
 
 void CanvasView::focusOutEvent(QFocusEvent *event)
@@ -591,6 +467,7 @@ void CanvasView::focusOutEvent(QFocusEvent *event)
     } else {
         QGraphicsView::focusOutEvent(event);
     }
+    viewport()->update();
 }
 
 bool CanvasView::focusNextPrevChild(bool next)
@@ -620,7 +497,9 @@ bool CanvasView::keepsKey(const QKeyEvent &event) const
 void CanvasView::keyPressEvent(QKeyEvent *event)
 {
     if (isStudio()) {
-        event->setAccepted(studioKeyPress(*event));
+        if (!studioKeyPress(*event)) {
+            QAbstractScrollArea::keyPressEvent(event); // scrolls
+        }
         return;
     }
     if (m_touchIsEmulated) {
@@ -679,25 +558,10 @@ void CanvasView::keyReleaseEvent(QKeyEvent *event)
 
 // Drop -----------------------------------------------------------------------------------------------------
 
-bool CanvasView::readDrop(const QMimeData &data, QString &widgetId, QString &version) const
-{
-    const QJsonObject widget = QJsonDocument::fromJson(data.data(widgetMimeType())).object();
-    widgetId = widget.value(QStringLiteral("widget")).toString();
-    version = widget.value(QStringLiteral("version")).toString();
-    return !widgetId.isEmpty() && !version.isEmpty();
-}
-
 /// Where the widget comes to lie: under the cursor, in line with the grid and its neighbours.
 QRectF CanvasView::dropRect(const QDropEvent &event) const
 {
-    QString id;
-    QString version;
-    QSizeF size;
-    if (readDrop(*event.mimeData(), id, version) && m_document->plugin()) {
-        size = m_document->plugin()->metaInformation()->widgets().value({id, version}).defaultSize();
-    }
-    QRectF rect(QPointF(), size.isEmpty() ? fallbackSize : size);
-    rect.moveCenter(viewportTransform().inverted().map(event.posF()));
+    QRectF rect = m_drop.rectAt(viewportTransform().inverted().map(event.posF()));
     if (!event.keyboardModifiers().testFlag(Qt::ControlModifier)) {
         rect.translate(m_studio->snapOffset(rect));
     }
@@ -715,6 +579,7 @@ void CanvasView::dragEnterEvent(QDragEnterEvent *event)
 {
     m_isWidgetDrag = event->mimeData()->hasFormat(widgetMimeType());
     if (m_isWidgetDrag) {
+        m_drop = WidgetDrop(*event->mimeData(), *m_document);
         event->acceptProposedAction();
     } else {
         QGraphicsView::dragEnterEvent(event);
@@ -747,14 +612,12 @@ void CanvasView::dropEvent(QDropEvent *event)
     }
     const QRectF rect = dropRect(*event);
     setDropRect({});
-    QString id;
-    QString version;
-    if (!readDrop(*event->mimeData(), id, version)) {
+    if (!m_drop.isValid()) {
         Q_EMIT message(tr("What was dropped names no widget and version"));
         return;
     }
     event->acceptProposedAction();
-    m_document->place(id, version, rect.center());
+    m_document->place(m_drop.widgetId(), m_drop.version(), rect.center());
     setFocus(Qt::MouseFocusReason);
 }
 
@@ -804,6 +667,11 @@ void CanvasView::paintEvent(QPaintEvent *event)
         m_studio->paint(painter);
     } else if (m_touchIsEmulated) {
         m_touch->paint(painter, palette());
+    }
+    if (hasFocus()) {
+        painter.setPen(palette().color(QPalette::Highlight));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
     }
     if (!m_dropRect.isEmpty()) {
         painter.setPen(QPen(palette().color(QPalette::Highlight), 1, Qt::DashLine));

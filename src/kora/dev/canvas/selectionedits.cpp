@@ -97,7 +97,8 @@ bool SelectionEdits::nudgeKeyPress(const QKeyEvent &event)
 {
     const QPoint direction = arrowDirection(event.key());
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
-    if (direction.isNull() || modifiers & ~(Qt::ShiftModifier | Qt::ControlModifier)) {
+    const bool isForSelection = !direction.isNull() && m_document->current();
+    if (!isForSelection || modifiers & ~(Qt::ShiftModifier | Qt::ControlModifier)) {
         return false;
     }
     const QPoint by = direction * (modifiers.testFlag(Qt::ShiftModifier) ? coarseStep : 1);

@@ -261,8 +261,8 @@ void StudioTool::applyGeometries(const QVector<QRectF> &geometries)
         m_document->setGeometries(m_dragged, geometries, m_gesture);
     }
     if (m_state != State::Idle) { // the widget may have been removed by what it does when it is resized
-        m_guides =
-            m_modifiers.testFlag(Qt::ControlModifier) ? QVector<Guide>() : m_snapper.guides(draggedRect());
+        m_guides = m_modifiers.testFlag(Qt::ControlModifier) ? QVector<Guide>()
+                                                             : m_snapper.guides(draggedRect(), m_handle);
     }
     Q_EMIT overlayChanged();
 }
@@ -314,6 +314,7 @@ void StudioTool::finish()
 {
     m_state = State::Idle;
     m_pressed = nullptr;
+    m_handle = {};
     m_dragged.clear();
     m_startGeometries.clear();
     m_startSelection.clear();
