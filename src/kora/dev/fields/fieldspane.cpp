@@ -295,7 +295,7 @@ QTreeWidgetItem *FieldsPane::groupRow(const FieldMetaInformation &field)
     if (!group) {
         group = new QTreeWidgetItem({label.isEmpty() ? key : label});
         group->setData(NameColumn, groupKeyRole, key);
-        m_tree->insertTopLevelItem(std::distance(m_groups.begin(), m_groups.find(key)), group);
+        m_tree->insertTopLevelItem(static_cast<int>(std::distance(m_groups.begin(), m_groups.find(key))), group);
         group->setFirstColumnSpanned(true);
         QFont font = m_tree->font();
         font.setBold(true);
@@ -401,6 +401,20 @@ void FieldsPane::resetAll()
 }
 
 // Values ------------------------------------------------------------------------------------------------------
+
+QVariant FieldsPane::fieldValue(const QString &fieldId) const
+{
+    const PlacedWidget *widget = m_document->current();
+    return widget ? widget->fieldValue(fieldId) : QVariant();
+}
+
+void FieldsPane::setFieldValue(const QString &fieldId, const QVariant &value)
+{
+    if (PlacedWidget *widget = m_document->current()) {
+        m_document->setFieldValue(widget, fieldId, value);
+        flushValues();
+    }
+}
 
 void FieldsPane::onValueChanged(const QString &fieldId, PlacedWidget::Origin origin)
 {

@@ -49,6 +49,11 @@ public:
     /// The group's name in the library's default language, "General" for none, to the row of the group.
     const QMap<QString, QTreeWidgetItem *> &groupRows() const { return m_groups; }
 
+    /// The selected widget's present value; invalid if none is selected.
+    QVariant fieldValue(const QString &fieldId) const;
+    /// Sets a field of the selected widget, as its editor would.
+    void setFieldValue(const QString &fieldId, const QVariant &value);
+
     void setPrivateFieldsShown(bool isShown);
     bool privateFieldsAreShown() const { return m_privateFieldsAreShown; }
     void resetAll();

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QtCore/QPair>
+#include <QtCore/QMap>
 #include <QtCore/QPointer>
 #include <QtCore/QTimer>
 #include <QtCore/QVector>
+#include <QtGui/QIcon>
 #include <QtWidgets/QWidget>
 
 #include <kora/export.h>
