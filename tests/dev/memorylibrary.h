@@ -5,6 +5,7 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QTreeWidget>
 
 #include <kora/core/widgetmetainformation_p.h>
@@ -86,6 +87,7 @@ public:
         update();
         pane.resize(370, 700);
         pane.show();
+        QApplication::setActiveWindow(&pane);
         QCoreApplication::processEvents();
     }
 
@@ -109,6 +111,7 @@ public:
     template<typename Control>
     Control *find(const QString &name)
     {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // editors of rows that are gone
         for (KORA::DEV::FieldManager *manager : pane.fieldManagers()) {
             if (name.startsWith(manager->id())) {
                 const auto rows = manager->rows();
@@ -117,6 +120,7 @@ public:
                 }
             }
         }
+        QCoreApplication::processEvents();
         return pane.findChild<Control *>(name);
     }
 

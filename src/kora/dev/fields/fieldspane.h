@@ -93,6 +93,7 @@ private:
     void colorGroups();
 
     void onValueChanged(const QString &fieldId, PlacedWidget::Origin origin);
+    int pauseBeforeUpdate();
     void flushValues();
     void scheduleVisibleRows();
     void makeVisibleEditors();
@@ -121,9 +122,9 @@ private:
 
     QSet<QString> m_changedFields;
     QHash<QString, FieldWriter> m_writers;
-    bool m_isEditing = false; ///< a value goes from an editor to the widget
     QTimer m_valuesTimer;
-    QElapsedTimer m_sinceFlush;
+    QElapsedTimer m_sinceRefill;
+    int m_promptUpdates = 0; ///< that may still follow each other without a pause
     QTimer m_rowsTimer;
 
     QLabel *m_title;
@@ -139,7 +140,7 @@ private:
 };
 
 /// Adds what can be done with a field from its row.
-void fillFieldMenu(QMenu *menu, FieldManager *manager);
+KORA_EXPORT void fillFieldMenu(QMenu *menu, FieldManager *manager);
 
 } // namespace DEV
 } // namespace KORA
