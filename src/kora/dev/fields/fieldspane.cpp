@@ -30,7 +30,10 @@ using namespace INTERNAL;
 
 namespace {
 
-const int updateMs = 50; // between two updates of values that change by themselves
+// Values that change by themselves show as soon as the event loop is back, but no more often than this in the long
+// run: a widget may write thousands of times a second.
+const int updateMs = 50;
+const int mostPromptUpdates = 10;
 const int nameColumnWidth = 124;
 
 enum Column : int { NameColumn, ValueColumn, ColumnCount };
@@ -347,7 +350,7 @@ void FieldsPane::watchWidget(PlacedWidget *widget)
             m_changedFields.insert(manager->id());
         }
         showState();
-        m_valuesTimer.start(0);
+        m_valuesTimer.start(pauseBeforeUpdate());
     });
     connect(widget, &PlacedWidget::changed, this, &FieldsPane::showState);
 }
@@ -402,16 +405,42 @@ void FieldsPane::resetAll()
 
 // Values ------------------------------------------------------------------------------------------------------
 
+QVariant FieldsPane::fieldValue(const QString &fieldId) const
+{
+    const PlacedWidget *widget = m_document->current();
+    return widget ? widget->fieldValue(fieldId) : QVariant();
+}
+
+void FieldsPane::setFieldValue(const QString &fieldId, const QVariant &value)
+{
+    if (PlacedWidget *widget = m_document->current()) {
+        m_document->setFieldValue(widget, fieldId, value);
+        flushValues();
+    }
+}
+
 void FieldsPane::onValueChanged(const QString &fieldId, PlacedWidget::Origin origin)
 {
     const QString writers[] = {tr("set by the bench"), tr("set by the widget"), tr("set by the tag")};
     m_writers.insert(fieldId, {writers[origin], QTime::currentTime()});
     m_changedFields.insert(fieldId.section(QLatin1Char('.'), 0, 0));
     if (!m_valuesTimer.isActive()) {
-        // The first change shows as soon as the event loop is back, those of a flood together.
-        const bool isFlood = m_sinceFlush.isValid() && m_sinceFlush.elapsed() < updateMs;
-        m_valuesTimer.start(isFlood ? static_cast<int>(updateMs - m_sinceFlush.elapsed()) : 0);
+        m_valuesTimer.start(pauseBeforeUpdate());
     }
+}
+
+int FieldsPane::pauseBeforeUpdate()
+{
+    const qint64 refilled = m_sinceRefill.isValid() ? m_sinceRefill.elapsed() / updateMs : mostPromptUpdates;
+    if (refilled > 0) {
+        m_promptUpdates = static_cast<int>(std::min<qint64>(mostPromptUpdates, m_promptUpdates + refilled));
+        m_sinceRefill.start();
+    }
+    if (m_promptUpdates == 0) {
+        return updateMs;
+    }
+    --m_promptUpdates;
+    return 0;
 }
 
 void FieldsPane::flushValues()
@@ -434,7 +463,6 @@ void FieldsPane::flushValues()
     }
     emit valuesChanged();
     showDetails();
-    m_sinceFlush.restart();
 }
 
 // Editors -----------------------------------------------------------------------------------------------------
