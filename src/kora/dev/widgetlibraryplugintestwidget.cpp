@@ -88,6 +88,11 @@ WidgetLibraryPluginTestWidgetPrivate::WidgetLibraryPluginTestWidgetPrivate(
     owner->setStatusBar(statusLine);
     actions.fill(owner->menuBar());
     panes.fill(owner->menuBar()->findChild<QMenu *>(QStringLiteral("viewMenu")));
+    for (const char *const name : {"openPlugin", "reload"}) {
+        card->addButton(actions[name]);
+    }
+    changeTimer.setSingleShot(true);
+    QObject::connect(&changeTimer, &QTimer::timeout, owner, [this] { updateActions(); });
     connectActions();
     connectPageActions();
     connectWidgetActions();
@@ -233,6 +238,11 @@ void WidgetLibraryPluginTestWidgetPrivate::findUnregistered()
 
 bool WidgetLibraryPluginTestWidget::openScenario(const QString &path)
 {
+    if (!d->document->plugin()) {
+        showBanner(BannerKind::Warning, tr("Open a plugin folder first: a scenario places its widgets"), {},
+                   QStringLiteral("scenario"));
+        return false;
+    }
     Scenario scenario;
     QStringList problems;
     if (!Scenario::load(path, scenario, problems)) {

@@ -3,6 +3,7 @@
 
 #include <QtCore/QMap>
 #include <QtCore/QPointer>
+#include <QtCore/QTimer>
 #include <QtCore/QVariant>
 #include <QtWidgets/QStackedWidget>
 
@@ -107,6 +108,7 @@ public:
     QString buildTime;
     QString scenarioPath;
     bool isStopped = false;
+    QTimer changeTimer;
 
     // The owner's children.
     BenchActions actions;

@@ -24,6 +24,12 @@ namespace DEV {
 
 using Window = WidgetLibraryPluginTestWidget;
 
+namespace {
+
+const int changeInterval = 50; // milliseconds
+
+} // namespace
+
 void WidgetLibraryPluginTestWidgetPrivate::dropDocument()
 {
     if (!document) {
@@ -68,9 +74,13 @@ void WidgetLibraryPluginTestWidgetPrivate::setDocument(std::unique_ptr<BenchDocu
 void WidgetLibraryPluginTestWidgetPrivate::connectDocument()
 {
     BenchDocument *doc = document.get();
-    const auto onSelection = [this] { updateActions(); };
-    QObject::connect(doc, &BenchDocument::selectionChanged, owner, onSelection);
-    QObject::connect(doc, &BenchDocument::changed, owner, onSelection);
+    QObject::connect(doc, &BenchDocument::selectionChanged, owner, [this] { updateActions(); });
+    // A plugin may write thousands of values a second.
+    QObject::connect(doc, &BenchDocument::changed, owner, [this] {
+        if (!changeTimer.isActive()) {
+            changeTimer.start(changeInterval);
+        }
+    });
     QObject::connect(doc, &BenchDocument::loaded, owner, [this] {
         updatePage();
         updateMode();
@@ -152,7 +162,9 @@ void WidgetLibraryPluginTestWidgetPrivate::updateActions()
         actions[name]->setEnabled(isSelected);
     }
     const bool isOpen = document->plugin() != nullptr;
-    for (const char *const name : {"saveScenario", "saveScenarioAs", "savePicture", "openScenario"}) {
+    for (const char *const name :
+         {"saveScenario", "saveScenarioAs", "savePicture", "openScenario", "studio", "runtime", "touch",
+          "grid", "zoomIn", "zoomOut", "zoom100", "fitPage", "rotatePage", "paste", "selectAll"}) {
         actions[name]->setEnabled(isOpen);
     }
 }
