@@ -104,6 +104,7 @@ QScrollBar::handle:horizontal { min-width: 28px; }
 QScrollBar::handle:hover { background: palette(shadow); }
 QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
 QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
+QAbstractScrollArea::corner { background: transparent; border: none; }
 QStatusBar { border-top: 1px solid palette(mid); background: palette(window); }
 QStatusBar::item { border: none; }
 QTabBar::tab { padding: 5px 10px; border: none; border-bottom: 2px solid transparent;
