@@ -22,3 +22,6 @@ void addListCommand(CLI::App &app, CommandRun &run);
 void addDescribeCommand(CLI::App &app, CommandRun &run);
 void addRenderCommand(CLI::App &app, CommandRun &run);
 void addResourcesCommand(CLI::App &app, CommandRun &run);
+void addCheckCommand(CLI::App &app, CommandRun &run);
+/// What kora check --load starts; not for users.
+void addCheckChildCommand(CLI::App &app, CommandRun &run);

@@ -57,6 +57,8 @@ int main(int argc, char **argv)
     addDescribeCommand(app, run);
     addRenderCommand(app, run);
     addResourcesCommand(app, run);
+    addCheckCommand(app, run);
+    addCheckChildCommand(app, run);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &error) {
