@@ -5,6 +5,7 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QHash>
 #include <QtCore/QProcess>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QSet>
 
 #include "loadcheckreport.h"
@@ -13,9 +14,7 @@
 
 #include <algorithm>
 #include <csignal>
-#include <cstring>
-#include <memory>
-#include <vector>
+#include <cstdio>
 
 using KORA::DEV::Finding;
 using KORA::DEV::Findings;
@@ -29,7 +28,7 @@ const int keptLines = 4;     // of what a dying plugin wrote last
 const int mostDeaths = 3;    // of one widget; a fourth tells nothing new
 const char hangRule[] = "load-hang";
 
-/// Keeps what a run tells: each finding once, and the present step.
+/// Keeps what a run tells: each finding once, whichever check meets it first, and the present step.
 class RunRecord : public CheckReport
 {
 public:
@@ -51,7 +50,9 @@ public:
     }
     void finding(const Finding &finding) override
     {
-        const QStringList key{finding.rule, finding.widgetId, finding.widgetVersion, finding.message};
+        static const QRegularExpression address(QStringLiteral("0x[0-9a-f]+"));
+        QString message = finding.message;
+        const QStringList key{finding.widgetId, finding.widgetVersion, message.remove(address)};
         if (!m_known.contains(key)) {
             m_known.insert(key);
             findings.append(finding);
@@ -82,7 +83,7 @@ struct Ending
 };
 
 // QCoreApplication knows it too, but wants an object.
-QString ownExecutable()
+QString ownProgram()
 {
     return QFileInfo(QStringLiteral("/proc/self/exe")).symLinkTarget();
 }
@@ -125,8 +126,9 @@ QStringList childArguments(const LoadCheckPlan &plan, int firstStep)
 class ChildProcess
 {
 public:
-    ChildProcess(const LoadCheckPlan &plan, RunRecord &record)
-        : m_plan(plan)
+    ChildProcess(const LoadCheckOptions &options, RunRecord &record)
+        : m_plan(options.plan)
+        , m_program(options.program.isEmpty() ? ownProgram() : options.program)
         , m_record(record)
     {}
 
@@ -135,7 +137,7 @@ public:
         m_record.hasBegun = false;
         m_record.isDone = false;
         m_process.setStandardInputFile(QProcess::nullDevice());
-        m_process.start(ownExecutable(), childArguments(m_plan, firstStep));
+        m_process.start(m_program, childArguments(m_plan, firstStep));
         m_sinceStep.start();
         return m_process.waitForStarted(startMs);
     }
@@ -174,7 +176,7 @@ private:
     {
         if (isHanging) {
             const double seconds = m_plan.timeLimitMs / 1000.0;
-            return {QLatin1String(hangRule), QStringLiteral("hangs: it was not done after %1 s").arg(seconds),
+            return {QLatin1String(hangRule), QStringLiteral("hangs and was stopped after %1 s,").arg(seconds),
                     m_output};
         }
         if (m_process.exitStatus() == QProcess::CrashExit) {
@@ -192,6 +194,7 @@ private:
     }
 
     const LoadCheckPlan &m_plan;
+    QString m_program;
     RunRecord &m_record;
     QProcess m_process;
     QElapsedTimer m_sinceStep;
@@ -295,7 +298,7 @@ public:
     {
         int firstStep = 0;
         while (firstStep >= 0) {
-            ChildProcess child(m_options.plan, m_record);
+            ChildProcess child(m_options, m_record);
             if (!child.start(firstStep)) {
                 m_record.problem(QStringLiteral("the process for the checks cannot be started"));
                 break;
@@ -346,9 +349,27 @@ private:
     bool m_hasDied = false;
 };
 
+/// Tells the person at the debugger how far it is.
+class EchoingRecord : public RunRecord
+{
+public:
+    void begin(const CheckStep &newStep) override
+    {
+        RunRecord::begin(newStep);
+        echo(QStringLiteral("%1 %2: %3").arg(newStep.widgetId, newStep.widgetVersion, newStep.check));
+    }
+    void log(const QString &line) override { echo(QLatin1String("    ") + line); }
+
+private:
+    static void echo(const QString &line)
+    {
+        std::fprintf(stderr, "%s\n", printable(line.trimmed()).toUtf8().constData());
+    }
+};
+
 LoadCheckResult runInProcess(const LoadCheckPlan &plan)
 {
-    RunRecord record;
+    EchoingRecord record;
     takeCheckSteps(plan, record);
     return {record.findings, false, record.problemText};
 }

@@ -12,6 +12,7 @@
 struct LoadCheckOptions
 {
     QString path;       ///< as the user named it; for the hints
+    QString program;    ///< the kora command, for the child processes; empty for this process's own
     LoadCheckPlan plan; ///< its firstStep is 0
     bool isInProcess =
         false; ///< in this process, for a debugger: nothing is caught and there is no time limit

@@ -38,9 +38,9 @@ void CheckRun::call(const QString &text)
     m_report.call(text);
 }
 
-void CheckRun::error(const QString &message, const QString &hint)
+void CheckRun::error(const QString &message, const QString &hint, const QString &rule)
 {
-    tell(finding(Finding::Error, message, hint));
+    tell(finding(Finding::Error, message, hint, rule));
 }
 
 void CheckRun::warning(const QString &message, const QString &hint)
@@ -48,10 +48,15 @@ void CheckRun::warning(const QString &message, const QString &hint)
     tell(finding(Finding::Warning, message, hint));
 }
 
-void CheckRun::fieldError(const QString &fieldId, const QString &value, const QString &message,
-                          const QString &hint)
+void CheckRun::note(const QString &message, const QString &hint)
 {
-    Finding found = finding(Finding::Error, message, hint);
+    tell(finding(Finding::Note, message, hint));
+}
+
+void CheckRun::fieldError(const QString &fieldId, const QString &value, const QString &message,
+                          const QString &hint, const QString &rule)
+{
+    Finding found = finding(Finding::Error, message, hint, rule);
     found.fieldId = fieldId;
     found.value = value;
     tell(found);
@@ -70,27 +75,24 @@ void CheckRun::tellLog()
 {
     const QStringList warnings = m_log.takeLibraryWarnings(true);
     for (const QString &text : warnings) {
-        Finding found = finding(Finding::Warning, QStringLiteral("the library warns: %1").arg(text),
-                                QStringLiteral("see the calls of getFieldValue and setFieldValue in the "
-                                               "widget's code"));
-        found.rule = QStringLiteral("load-warning");
-        tell(found);
+        tell(finding(Finding::Warning, QStringLiteral("the library warns: %1").arg(text),
+                     QStringLiteral("see the calls of getFieldValue and setFieldValue in the widget's code"),
+                     QStringLiteral("load-warning")));
     }
     const QStringList messages = m_log.takeQtMessages();
     for (const QString &text : messages) {
-        Finding found =
-            finding(Finding::Note, QStringLiteral("it writes to Qt's message handler: %1").arg(text),
-                    QStringLiteral("log with KORA::LogHandler: a panel shows nobody what Qt is told"));
-        found.rule = QStringLiteral("load-message");
-        tell(found);
+        tell(finding(Finding::Note, QStringLiteral("it writes to Qt's message handler: %1").arg(text),
+                     QStringLiteral("log with KORA::LogHandler: a panel shows nobody what Qt is told"),
+                     QStringLiteral("load-message")));
     }
 }
 
-Finding CheckRun::finding(Finding::Severity severity, const QString &message, const QString &hint) const
+Finding CheckRun::finding(Finding::Severity severity, const QString &message, const QString &hint,
+                          const QString &rule) const
 {
     Finding found;
     found.severity = severity;
-    found.rule = QLatin1String("load-") + m_check;
+    found.rule = rule.isEmpty() ? QLatin1String("load-") + m_check : rule;
     found.message = message;
     found.hint = hint;
     found.file = m_plugin.libraryPath();

@@ -45,10 +45,12 @@ public:
     /// To be told before each call of the plugin's code.
     void call(const QString &text);
 
-    void error(const QString &message, const QString &hint);
+    /// @p rule for what any check can meet and what therefore is not of the present one: "load-paint".
+    void error(const QString &message, const QString &hint, const QString &rule = QString());
     void warning(const QString &message, const QString &hint);
-    void fieldError(const QString &fieldId, const QString &value, const QString &message,
-                    const QString &hint);
+    void note(const QString &message, const QString &hint);
+    void fieldError(const QString &fieldId, const QString &value, const QString &message, const QString &hint,
+                    const QString &rule = QString());
     /// About another widget than widget(), such as one that the metadata does not know.
     void errorOf(const QString &widgetId, const QString &version, const QString &message,
                  const QString &hint);
@@ -58,7 +60,8 @@ public:
     bool hasErrors() const { return m_hasErrors; }
 
 private:
-    Finding finding(Finding::Severity severity, const QString &message, const QString &hint) const;
+    Finding finding(Finding::Severity severity, const QString &message, const QString &hint,
+                    const QString &rule = QString()) const;
     void tell(const Finding &finding);
 
     QString m_check;

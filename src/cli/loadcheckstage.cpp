@@ -68,6 +68,12 @@ bool isFinite(const QRectF &rect)
            && std::isfinite(rect.height());
 }
 
+// Of faults of paint(), which nearly all checks call.
+QString paintRule()
+{
+    return QStringLiteral("load-paint");
+}
+
 // What the host leaves in the painter, so that it sees which state the item leaves it in.
 const qreal outerOpacity = 0.25;
 const qreal innerOpacity = 0.75;
@@ -334,12 +340,13 @@ void CheckStage::paintItem(const QSize &imageSize)
     m_run.log().muteQt(true);
     if (!painter.isActive()) {
         m_run.error(QStringLiteral("its paint ends the painter"),
-                    QStringLiteral("the painter is the host's: do not call end() or begin()"));
+                    QStringLiteral("the painter is the host's: do not call end() or begin()"), paintRule());
     } else {
         painter.restore();
         if (painter.opacity() != outerOpacity) {
             m_run.error(QStringLiteral("its paint leaves the painter with a save() too much or too few"),
-                        QStringLiteral("call restore() once for every save(), on every way out of paint"));
+                        QStringLiteral("call restore() once for every save(), on every way out of paint"),
+                        paintRule());
         }
         painter.end();
     }
@@ -362,7 +369,9 @@ void CheckStage::deleteItem(int index)
 {
     if (m_items.at(index)) {
         m_run.call(QStringLiteral("the graphics object's destructor"));
-        m_scene.removeItem(m_items.at(index));
+        if (m_items.at(index)->scene() == &m_scene) {
+            m_scene.removeItem(m_items.at(index));
+        }
         delete m_items.at(index).data();
     }
 }
@@ -434,6 +443,7 @@ void CheckStage::fieldIsWritten(const QString &fieldId, const QVariant &value)
         m_run.fieldError(fieldId, shortText(value),
                          QStringLiteral("it writes %1 to its field %2, whose bounds end at %3")
                              .arg(shortText(value), fieldId, shortText(stored)),
-                         QStringLiteral("the library does not move what a widget writes into the bounds"));
+                         QStringLiteral("the library does not move what a widget writes into the bounds"),
+                         QStringLiteral("load-bounds"));
     }
 }
