@@ -35,11 +35,16 @@ public:
     void begin(const CheckStep &newStep) override
     {
         step = newStep;
-        lastCall.clear();
+        call(QString(), QString(), QString());
         logLines.clear();
         hasBegun = true;
     }
-    void call(const QString &text) override { lastCall = text; }
+    void call(const QString &text, const QString &newFieldId, const QString &newValue) override
+    {
+        lastCall = text;
+        fieldId = newFieldId;
+        value = newValue;
+    }
     void log(const QString &line) override
     {
         const QMutexLocker lock(&m_mutex);
@@ -63,6 +68,8 @@ public:
 
     CheckStep step;
     QString lastCall;
+    QString fieldId; // of the last call
+    QString value;
     QStringList logLines;
     Findings findings;
     QString problemText;
@@ -134,6 +141,9 @@ public:
 
     bool start(int firstStep)
     {
+        // Until it tells otherwise.
+        m_record.begin({0, 1, QLatin1String(loadCheckName), QString(), QString()});
+        m_record.call(QStringLiteral("the start of the process"), QString(), QString());
         m_record.hasBegun = false;
         m_record.isDone = false;
         m_process.setStandardInputFile(QProcess::nullDevice());
@@ -250,6 +260,8 @@ Finding findingOf(const LoadCheckOptions &options, const RunRecord &record, cons
     finding.file = options.plan.libraryPath;
     finding.widgetId = step.widgetId;
     finding.widgetVersion = step.widgetVersion;
+    finding.fieldId = record.fieldId;
+    finding.value = record.value;
     return finding;
 }
 

@@ -77,6 +77,8 @@ private:
         m_report.begin({number, number + 1, QLatin1String(check), QString(), QString()});
     }
 
+    void tellCall(const QString &text) { m_report.call(text, QString(), QString()); }
+
     CheckRun makeRun(const QString &check, const WidgetMetaInformation &widget)
     {
         return CheckRun(check, *m_plugin, widget, m_report, m_log);
@@ -84,13 +86,13 @@ private:
 
     bool load()
     {
-        m_report.call(QStringLiteral("the plugin's constructor"));
+        tellCall(QStringLiteral("the plugin's constructor"));
         if (!m_loader.loadFromPluginPath(m_plan.libraryPath, m_plan.expectedId)) {
             tellRefusal();
             return false;
         }
         m_plugin = m_loader.pluginData().first()->toWidgetLibraryPluginData();
-        m_report.call(QStringLiteral("the hooks aboutToLoad and load"));
+        tellCall(QStringLiteral("the hooks aboutToLoad and load"));
         m_loader.init();
         tellLog(loadCheckName);
         return true;
@@ -171,12 +173,12 @@ private:
     void unload()
     {
         beginPluginStep(stepOfWidget(m_widgets.size()), unloadCheckName);
-        m_report.call(QStringLiteral("the hooks aboutToUnload and unload"));
+        tellCall(QStringLiteral("the hooks aboutToUnload and unload"));
         m_loader.deinit();
         tellLog(unloadCheckName);
-        m_report.call(QStringLiteral("the plugin's destructor"));
+        tellCall(QStringLiteral("the plugin's destructor"));
         m_loader.unload();
-        m_report.call(QStringLiteral("the end of the process"));
+        tellCall(QStringLiteral("the end of the process"));
     }
 
     const LoadCheckPlan &m_plan;
@@ -215,7 +217,7 @@ void confine()
     ::setrlimit(RLIMIT_CORE, &noCore);
     ::prctl(PR_SET_DUMPABLE, 0);
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-#ifndef __SANITIZE_ADDRESS__ // which maps much more than it uses
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // which map much more than they use
     const rlim_t mostMemory = rlim_t(4) << 30;
     const struct rlimit memory = {mostMemory, mostMemory};
     ::setrlimit(RLIMIT_AS, &memory);

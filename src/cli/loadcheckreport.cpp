@@ -14,6 +14,8 @@ namespace {
 
 const QLatin1String typeKey("type");
 const QLatin1String textKey("text");
+const QLatin1String fieldKey("field");
+const QLatin1String valueKey("value");
 
 QJsonObject message(const char *type)
 {
@@ -42,8 +44,8 @@ Finding findingOf(const QJsonObject &object)
     finding.file = object[QLatin1String("file")].toString();
     finding.widgetId = object[QLatin1String("widget")].toString();
     finding.widgetVersion = object[QLatin1String("version")].toString();
-    finding.fieldId = object[QLatin1String("field")].toString();
-    finding.value = object[QLatin1String("value")].toString();
+    finding.fieldId = object[fieldKey].toString();
+    finding.value = object[valueKey].toString();
     return finding;
 }
 
@@ -66,9 +68,12 @@ void CheckLineWriter::begin(const CheckStep &step)
     write(object);
 }
 
-void CheckLineWriter::call(const QString &text)
+void CheckLineWriter::call(const QString &text, const QString &fieldId, const QString &value)
 {
-    write(textMessage("call", text));
+    QJsonObject object = textMessage("call", text);
+    object[fieldKey] = fieldId;
+    object[valueKey] = value;
+    write(object);
 }
 
 void CheckLineWriter::log(const QString &line)
@@ -86,8 +91,8 @@ void CheckLineWriter::finding(const Finding &finding)
     object[QLatin1String("file")] = finding.file;
     object[QLatin1String("widget")] = finding.widgetId;
     object[QLatin1String("version")] = finding.widgetVersion;
-    object[QLatin1String("field")] = finding.fieldId;
-    object[QLatin1String("value")] = finding.value;
+    object[fieldKey] = finding.fieldId;
+    object[valueKey] = finding.value;
     write(object);
 }
 
@@ -124,7 +129,7 @@ void readCheckLine(const QByteArray &line, CheckReport &report)
     if (type == QLatin1String("begin")) {
         report.begin(stepOf(object));
     } else if (type == QLatin1String("call")) {
-        report.call(text);
+        report.call(text, object[fieldKey].toString(), object[valueKey].toString());
     } else if (type == QLatin1String("log")) {
         report.log(text);
     } else if (type == QLatin1String("finding")) {

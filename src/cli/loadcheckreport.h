@@ -28,8 +28,8 @@ public:
     virtual ~CheckReport();
 
     virtual void begin(const CheckStep &step) = 0;
-    /// What is about to be called, such as "fieldIsChangedEvent of speed = 5".
-    virtual void call(const QString &text) = 0;
+    /// What is about to be called, such as "fieldIsChangedEvent of speed = 5"; of a field with its id and value.
+    virtual void call(const QString &text, const QString &fieldId, const QString &value) = 0;
     /// A line that the plugin or the library logged. On any thread.
     virtual void log(const QString &line) = 0;
     virtual void finding(const KORA::DEV::Finding &finding) = 0;
@@ -46,7 +46,7 @@ public:
     explicit CheckLineWriter(int fileDescriptor);
 
     void begin(const CheckStep &step) override;
-    void call(const QString &text) override;
+    void call(const QString &text, const QString &fieldId, const QString &value) override;
     void log(const QString &line) override;
     void finding(const KORA::DEV::Finding &finding) override;
     void problem(const QString &text) override;

@@ -33,9 +33,9 @@ QString CheckRun::widgetName() const
                               : QStringLiteral("the plugin");
 }
 
-void CheckRun::call(const QString &text)
+void CheckRun::call(const QString &text, const QString &fieldId, const QString &value)
 {
-    m_report.call(text);
+    m_report.call(text, fieldId, value);
 }
 
 void CheckRun::error(const QString &message, const QString &hint, const QString &rule)

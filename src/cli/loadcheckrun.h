@@ -43,7 +43,7 @@ public:
     bool isHalfTimeOver() const { return m_timer.elapsed() > m_timeLimit / 2; }
 
     /// To be told before each call of the plugin's code.
-    void call(const QString &text);
+    void call(const QString &text, const QString &fieldId = QString(), const QString &value = QString());
 
     /// @p rule for what any check can meet and what therefore is not of the present one: "load-paint".
     void error(const QString &message, const QString &hint, const QString &rule = QString());

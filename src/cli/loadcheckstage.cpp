@@ -243,7 +243,8 @@ void CheckStage::setField(const QString &fieldId, const QVariant &value)
     if (!m_widget) {
         return;
     }
-    m_run.call(QStringLiteral("fieldIsChangedEvent of %1 = %2").arg(fieldId, shortText(value)));
+    const QString text = shortText(value);
+    m_run.call(QStringLiteral("fieldIsChangedEvent of %1 = %2").arg(fieldId, text), fieldId, text);
     QVariant stored;
     // The library would warn of a value that it refuses: here it is given on purpose.
     host.warnsOfFieldAccess = storedValue(fieldId, value, stored);
