@@ -525,7 +525,7 @@ void checkHostServices(CheckRun &run)
 
 // Growth ---------------------------------------------------------------------------------------------------
 
-/// Bytes that the process has from the allocator; 0 where nobody counts them, as under a sanitizer.
+/// Bytes that the process has from the allocator; 0 under a sanitizer, which counts for itself.
 qint64 allocatedBytes()
 {
     const struct mallinfo2 info = mallinfo2();
@@ -546,36 +546,47 @@ bool liveShortly(CheckRun &run)
     return true;
 }
 
+const int livesPerPeriod = 100;
+
+/// What each life of a period left behind on average; false if there is no widget.
+bool measurePeriod(CheckRun &run, qint64 &bytesPerLife)
+{
+    const qint64 before = allocatedBytes();
+    for (int life = 0; life < livesPerPeriod; ++life) {
+        if (!liveShortly(run)) {
+            return false;
+        }
+    }
+    bytesPerLife = (allocatedBytes() - before) / livesPerPeriod;
+    return true;
+}
+
 // What is kept in caches stops growing at some time; what every instance leaves behind grows in every period.
 void checkGrowth(CheckRun &run)
 {
     const int periods = 10;
-    const int livesPerPeriod = 100;
     const int warmUpPeriods = 2;
     const int fewestPeriods = 5;      // of less nothing can be said
     const qint64 toleratedBytes = 16; // per life: the smallest piece that the allocator gives is 32
     qint64 leastGrowth = std::numeric_limits<qint64>::max();
-    qint64 before = 0;
     int period = 0;
     for (; period < periods && !run.isHalfTimeOver(); ++period) {
-        for (int life = 0; life < livesPerPeriod; ++life) {
-            if (!liveShortly(run)) {
-                return;
-            }
+        qint64 growth = 0;
+        if (!measurePeriod(run, growth)) {
+            return;
         }
-        const qint64 now = allocatedBytes();
+        if (allocatedBytes() == 0) {
+            return;
+        }
         if (period >= warmUpPeriods) {
-            leastGrowth = qMin(leastGrowth, (now - before) / livesPerPeriod);
+            leastGrowth = qMin(leastGrowth, growth);
         }
-        before = now;
     }
     if (period < fewestPeriods) {
         run.note(QStringLiteral("its growth was not measured: %1 lives took half of the time limit")
                      .arg(period * livesPerPeriod),
                  QStringLiteral("give it more with --timeout"));
-        return;
-    }
-    if (leastGrowth >= toleratedBytes) {
+    } else if (leastGrowth >= toleratedBytes) {
         run.error(
             QStringLiteral("each instance that is made and deleted leaves %1 bytes behind").arg(leastGrowth),
             QStringLiteral("what the constructors and events make, destructors must delete; children of a "

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QtCore/QDir>
 #include <QtCore/QProcess>
+#include <QtCore/QSet>
 #include <QtTest/QTest>
 
 #include <support/testmain.h>
 
 #include <loadcheck.h>
+#include <loadcheckrules.h>
+#include <loadchecks.h>
 
 using KORA::DEV::Finding;
 using KORA::DEV::Findings;
@@ -61,6 +64,7 @@ private Q_SLOTS:
     void eachFaultIsFoundByItsCheckAlone_data();
     void eachFaultIsFoundByItsCheckAlone();
     void nothingElseIsFound();
+    void everyRuleIsExplained();
     void aDeathIsToldSoThatItCanBeRepeated();
     void faultsOfThePluginAreTold_data();
     void faultsOfThePluginAreTold();
@@ -133,6 +137,23 @@ void tst_LoadCheck::nothingElseIsFound()
 {
     QCOMPARE(rulesOf(m_all.findings, QStringLiteral("good")), QStringList());
     QCOMPARE(rulesOf(m_all.findings, QString()), QStringList());
+}
+
+void tst_LoadCheck::everyRuleIsExplained()
+{
+    QSet<QString> rules{QStringLiteral("load-load"), QStringLiteral("load-refused"),
+                        QStringLiteral("load-unload")};
+    for (const LoadCheck &check : widgetChecks()) {
+        rules.insert(QStringLiteral("load-") + QLatin1String(check.name));
+    }
+    for (const Finding &finding : qAsConst(m_all.findings)) {
+        rules.insert(finding.rule);
+    }
+    QSet<QString> explained;
+    for (const LoadCheckRule &rule : loadCheckRules()) {
+        explained.insert(QLatin1String(rule.id));
+    }
+    QCOMPARE(explained, rules);
 }
 
 void tst_LoadCheck::aDeathIsToldSoThatItCanBeRepeated()
