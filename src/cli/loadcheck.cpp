@@ -375,7 +375,7 @@ public:
 private:
     static void echo(const QString &line)
     {
-        std::fprintf(stderr, "%s\n", printable(line.trimmed()).toUtf8().constData());
+        (void)std::fprintf(stderr, "%s\n", printable(line.trimmed()).toUtf8().constData());
     }
 };
 

@@ -529,7 +529,7 @@ void checkHostServices(CheckRun &run)
 qint64 allocatedBytes()
 {
     const struct mallinfo2 info = mallinfo2();
-    return static_cast<qint64>(info.uordblks + info.hblkhd);
+    return static_cast<qint64>(info.uordblks) + static_cast<qint64>(info.hblkhd);
 }
 
 bool liveShortly(CheckRun &run)
