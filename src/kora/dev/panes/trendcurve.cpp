@@ -70,13 +70,15 @@ QString TrendCurve::caption() const
     if (!trends->contains(m_trend)) {
         return tr("No trend is selected");
     }
+    const QVariant value = trends->presentValue(m_trend);
+    const QString now = value.isValid() ? TagValues::shortText(value) : tr("no value");
     const TrendTable::Question *question = trends->lastQuestion(m_trend);
     if (!question) {
-        return tr("Last minute; not asked yet");
+        return tr("Now %1; last minute, not asked yet").arg(now);
     }
-    return tr("Asked: %1 to %2, %3 values; got %4")
-        .arg(clockText(question->from), clockText(question->to), QString::number(question->count),
-             QString::number(question->answered));
+    return tr("Now %1; asked for %2, got %3: %4 to %5")
+        .arg(now, QString::number(question->count), QString::number(question->answered),
+             clockText(question->from), clockText(question->to));
 }
 
 TrendCurve::Curve TrendCurve::curve() const

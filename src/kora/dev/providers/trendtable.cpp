@@ -214,6 +214,12 @@ QVariant TrendTable::valueAt(const Entry &entry, qint64 elapsed) const
     return std::isnan(number) ? QVariant() : QVariant(number);
 }
 
+QVariant TrendTable::presentValue(const QString &name) const
+{
+    const Entry *entry = find(name);
+    return entry ? valueAt(*entry, m_clock->elapsed()) : QVariant();
+}
+
 const TrendTable::Question *TrendTable::lastQuestion(const QString &name) const
 {
     const auto found = m_questions.constFind(name);
