@@ -43,7 +43,10 @@ TrendCurve::TrendCurve(Providers *providers, QWidget *parent)
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     m_update.setSingleShot(true);
     m_update.setInterval(UpdateMs);
-    connect(&m_update, &QTimer::timeout, this, QOverload<>::of(&QWidget::update));
+    connect(&m_update, &QTimer::timeout, this, [this] {
+        setToolTip(caption()); // in full
+        update();
+    });
     connect(providers->clock(), &BenchClock::ticked, this, &TrendCurve::updateSoon);
     connect(providers->trends(), &TrendTable::asked, this, &TrendCurve::updateSoon);
     connect(providers->trends(), &TrendTable::trendsChanged, this, &TrendCurve::updateSoon);
@@ -53,6 +56,7 @@ void TrendCurve::setTrend(const QString &name)
 {
     if (m_trend != name) {
         m_trend = name;
+        setToolTip(caption());
         update();
     }
 }
