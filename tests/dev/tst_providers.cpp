@@ -437,6 +437,7 @@ void TestProviders::trendsAnswer()
     QCOMPARE(first.at(2).toMap().value(QStringLiteral("value")), QVariant(1));
     QCOMPARE(first.at(3).toMap().value(QStringLiteral("value")), QVariant(2));
     QCOMPARE(asked.count(), 1);
+    QCOMPARE(plant.trends()->presentValue(trend.name), QVariant(2));
     QCOMPARE(plant.trends()->lastQuestion(trend.name)->answered, 5);
 
     // The count is kept to, on places that stay when the window moves; nothing lies in the future.

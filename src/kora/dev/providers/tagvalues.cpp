@@ -7,7 +7,6 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonObject>
 #include <QtCore/QLocale>
-#include <QtCore/QRegularExpression>
 
 #include <algorithm>
 #include <cmath>
@@ -203,15 +202,16 @@ QVariantList elementsOf(const QVariant &value)
     if (!isText(value)) {
         return {value};
     }
-    static const QRegularExpression separator(QStringLiteral("\\s*[,;]\\s*"));
     QString text = value.toString().trimmed();
     if (text.startsWith(QLatin1Char('[')) && text.endsWith(QLatin1Char(']')) && text.size() > 1) {
         text = text.mid(1, text.size() - 2).trimmed();
     }
     QVariantList elements;
-    const QStringList parts = text.isEmpty() ? QStringList() : text.split(separator);
+    const QStringList parts = text.isEmpty()
+                                  ? QStringList()
+                                  : text.replace(QLatin1Char(';'), QLatin1Char(',')).split(QLatin1Char(','));
     for (const QString &part : parts) {
-        elements.append(part);
+        elements.append(part.trimmed());
     }
     return elements;
 }
