@@ -114,15 +114,7 @@ CanvasView::CanvasView(BenchDocument *document, QWidget *parent)
     viewport()->setMouseTracking(true);
     viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
 
-    m_overlayTimer.setSingleShot(true);
-    m_overlayTimer.setInterval(0);
-    connect(&m_overlayTimer, &QTimer::timeout, this, &CanvasView::updateOverlay);
-    connect(m_navigation, &PageNavigation::zoomChanged, this, &CanvasView::zoomChanged);
-    connect(m_studio, &StudioTool::overlayChanged, this, &CanvasView::updateOverlay);
-    connect(m_studio, &StudioTool::message, this, &CanvasView::message);
-    connect(m_studio, &StudioTool::activated, this, &CanvasView::activated);
-    connect(m_touch, &TouchEmulator::fingersMoved, this, &CanvasView::updateOverlay);
-    connect(&m_edits, &SelectionEdits::message, this, &CanvasView::message);
+    connectTools();
     connectDocument();
     applyMode();
 }
@@ -132,6 +124,19 @@ CanvasView::~CanvasView()
     // The viewport, and the emulator with it, outlives this class's own part.
     m_touch->disconnect(this);
     m_studio->disconnect(this);
+}
+
+void CanvasView::connectTools()
+{
+    m_overlayTimer.setSingleShot(true);
+    m_overlayTimer.setInterval(0);
+    connect(&m_overlayTimer, &QTimer::timeout, this, &CanvasView::updateOverlay);
+    connect(m_navigation, &PageNavigation::zoomChanged, this, &CanvasView::zoomChanged);
+    connect(m_studio, &StudioTool::overlayChanged, this, &CanvasView::updateOverlay);
+    connect(m_studio, &StudioTool::message, this, &CanvasView::message);
+    connect(m_studio, &StudioTool::activated, this, &CanvasView::activated);
+    connect(m_touch, &TouchEmulator::fingersMoved, this, &CanvasView::updateOverlay);
+    connect(&m_edits, &SelectionEdits::message, this, &CanvasView::message);
 }
 
 void CanvasView::connectDocument()
@@ -168,9 +173,8 @@ void CanvasView::applyMode()
     m_navigation->endPan();
     m_spaceIsDown = false;
     setInteractive(!isStudio());
-    setFocusPolicy(Qt::StrongFocus);
     m_touch->setHovering(emulatesTouch() && viewport()->underMouse());
-    updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+    updateCursor(mousePosition());
     viewport()->update();
 }
 
@@ -179,7 +183,7 @@ void CanvasView::setTouchEmulation(bool isOn)
     m_touch->cancel();
     m_touchIsEmulated = isOn;
     m_touch->setHovering(emulatesTouch() && viewport()->underMouse());
-    updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+    updateCursor(mousePosition());
     if (emulatesTouch()) {
         Q_EMIT message(
             tr("The left button is a finger. Alt or the right button: a second one, mirrored; with "
@@ -231,6 +235,11 @@ bool CanvasView::panPress(const QMouseEvent &event)
         updateCursor(event.localPos());
     }
     return isPan;
+}
+
+QPointF CanvasView::mousePosition() const
+{
+    return viewport()->mapFromGlobal(QCursor::pos());
 }
 
 void CanvasView::updateCursor(const QPointF &position)
@@ -378,7 +387,7 @@ bool CanvasView::viewportEvent(QEvent *event)
     case QEvent::Enter:
     case QEvent::Leave:
         m_touch->setHovering(emulatesTouch() && event->type() == QEvent::Enter);
-        updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+        updateCursor(mousePosition());
         break;
     case QEvent::ToolTip:
         showToolTip(*static_cast<QHelpEvent *>(event));
@@ -423,7 +432,7 @@ PlacedWidget *CanvasView::receiver(const QEvent &event) const
         return grabber;
     }
     // By geometry: to ask the items what is there would run their code.
-    return m_studio->widgetAt(eventPosition(event, viewport()->mapFromGlobal(QCursor::pos())));
+    return m_studio->widgetAt(eventPosition(event, mousePosition()));
 }
 
 void CanvasView::showToolTip(const QHelpEvent &event)
@@ -526,11 +535,11 @@ bool CanvasView::studioKeyPress(const QKeyEvent &event)
         } else {
             m_document->setSelection({});
         }
-        updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+        updateCursor(mousePosition());
         return true;
     case Qt::Key_Space:
         m_spaceIsDown = true;
-        updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+        updateCursor(mousePosition());
         return true;
     default:
         // In the middle of a drag its widgets are not edited otherwise.
@@ -552,7 +561,7 @@ void CanvasView::keyReleaseEvent(QKeyEvent *event)
     }
     if (event->key() == Qt::Key_Space && !event->isAutoRepeat()) {
         m_spaceIsDown = false;
-        updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+        updateCursor(mousePosition());
     }
 }
 
