@@ -66,6 +66,12 @@ bool isWorthRecording(QEvent::Type type)
     }
 }
 
+// An item may put others on the page.
+QString nameOf(const PlacedWidget *widget)
+{
+    return widget ? widget->name() : QStringLiteral("page");
+}
+
 QString eventName(QEvent::Type type)
 {
     return QString::fromLatin1(QMetaEnum::fromType<QEvent::Type>().valueToKey(type));
@@ -88,6 +94,17 @@ QPointF eventPosition(const QEvent &event, const QPointF &otherwise)
     default:
         return otherwise;
     }
+}
+
+// Of a modifier key itself, its events tell the keys that were held before.
+Qt::KeyboardModifiers modifiersAfter(const QKeyEvent &event)
+{
+    const Qt::KeyboardModifier own = event.key() == Qt::Key_Alt       ? Qt::AltModifier
+                                     : event.key() == Qt::Key_Shift   ? Qt::ShiftModifier
+                                     : event.key() == Qt::Key_Control ? Qt::ControlModifier
+                                                                      : Qt::NoModifier;
+    Qt::KeyboardModifiers modifiers = event.modifiers();
+    return modifiers.setFlag(own, event.type() == QEvent::KeyPress);
 }
 
 } // namespace
@@ -414,19 +431,38 @@ bool CanvasView::viewportEvent(QEvent *event)
 bool CanvasView::runtimeEvent(QEvent *event)
 {
     const PlacedWidget *widget = receiver(*event);
-    if (!widget) {
+    const bool isRecorded = widget && isWorthRecording(event->type());
+    PluginCall call(isRecorded ? m_document->activity() : nullptr, ActivityEntry::Event, nameOf(widget),
+                    eventName(event->type()));
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        QGraphicsView::keyPressEvent(static_cast<QKeyEvent *>(event));
+        return true;
+    case QEvent::KeyRelease:
+        QGraphicsView::keyReleaseEvent(static_cast<QKeyEvent *>(event));
+        return true;
+    case QEvent::FocusIn:
+        QGraphicsView::focusInEvent(static_cast<QFocusEvent *>(event));
+        return true;
+    case QEvent::FocusOut:
+        QGraphicsView::focusOutEvent(static_cast<QFocusEvent *>(event));
+        return true;
+    default:
         return QGraphicsView::viewportEvent(event);
     }
-    PluginCall call(isWorthRecording(event->type()) ? m_document->activity() : nullptr, ActivityEntry::Event,
-                    widget->name(), eventName(event->type()));
-    return QGraphicsView::viewportEvent(event);
 }
 
 /// Whose code an event will most likely run.
 PlacedWidget *CanvasView::receiver(const QEvent &event) const
 {
-    if (event.type() == QEvent::KeyPress || event.type() == QEvent::KeyRelease) {
+    switch (event.type()) {
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::FocusIn:
+    case QEvent::FocusOut:
         return m_document->widgetOfItem(scene()->focusItem());
+    default:
+        break;
     }
     if (PlacedWidget *grabber = m_document->widgetOfItem(scene()->mouseGrabberItem())) {
         return grabber;
@@ -459,7 +495,7 @@ void CanvasView::focusInEvent(QFocusEvent *event)
     if (isStudio()) {
         QAbstractScrollArea::focusInEvent(event);
     } else {
-        QGraphicsView::focusInEvent(event);
+        runtimeEvent(event);
     }
     event->accept();
     viewport()->update();
@@ -474,7 +510,7 @@ void CanvasView::focusOutEvent(QFocusEvent *event)
     if (isStudio()) {
         QAbstractScrollArea::focusOutEvent(event);
     } else {
-        QGraphicsView::focusOutEvent(event);
+        runtimeEvent(event);
     }
     viewport()->update();
 }
@@ -512,21 +548,15 @@ void CanvasView::keyPressEvent(QKeyEvent *event)
         return;
     }
     if (m_touchIsEmulated) {
-        m_touch->setModifiers(QApplication::queryKeyboardModifiers() | event->modifiers());
+        m_touch->setModifiers(modifiersAfter(*event));
     }
-    if (const PlacedWidget *widget = receiver(*event)) {
-        PluginCall call(m_document->activity(), ActivityEntry::Event, widget->name(),
-                        eventName(event->type()));
-        QGraphicsView::keyPressEvent(event);
-    } else {
-        QGraphicsView::keyPressEvent(event);
-    }
+    runtimeEvent(event);
 }
 
 bool CanvasView::studioKeyPress(const QKeyEvent &event)
 {
     if (m_studio->isActive()) {
-        m_studio->setModifiers(event.modifiers());
+        m_studio->setModifiers(modifiersAfter(event));
     }
     switch (event.key()) {
     case Qt::Key_Escape:
@@ -551,13 +581,13 @@ void CanvasView::keyReleaseEvent(QKeyEvent *event)
 {
     if (!isStudio()) {
         if (m_touchIsEmulated) {
-            m_touch->setModifiers(event->modifiers());
+            m_touch->setModifiers(modifiersAfter(*event));
         }
-        QGraphicsView::keyReleaseEvent(event);
+        runtimeEvent(event);
         return;
     }
     if (m_studio->isActive()) {
-        m_studio->setModifiers(event->modifiers());
+        m_studio->setModifiers(modifiersAfter(*event));
     }
     if (event->key() == Qt::Key_Space && !event->isAutoRepeat()) {
         m_spaceIsDown = false;
@@ -661,8 +691,7 @@ void CanvasView::drawItems(QPainter *painter, int numItems, QGraphicsItem *items
         }
         drawn = top;
         const PlacedWidget *widget = m_document->widgetOfItem(top);
-        PluginCall call(nullptr, ActivityEntry::Event, widget ? widget->name() : QString(),
-                        QStringLiteral("paint"));
+        PluginCall call(nullptr, ActivityEntry::Event, nameOf(widget), QStringLiteral("paint"));
         QGraphicsView::drawItems(painter, 1, items + i, options + i);
     }
 }
