@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "rules.h"
 
+#include "loadcheckrules.h"
+
 #include <algorithm>
 
 using KORA::DEV::Finding;
 
-const std::vector<Rule> &allRules()
+namespace {
+
+const std::vector<Rule> &staticRules()
 {
     static const std::vector<Rule> rules = {
         {"input-unreadable", Finding::Error, "a path that was given cannot be read", "a mistyped path",
@@ -180,6 +184,18 @@ const std::vector<Rule> &allRules()
         {"load-failed", Finding::Error, "the dynamic loader refuses the library, in its words",
          "see the message", "ldd lib<id>.so"},
     };
+    return rules;
+}
+
+} // namespace
+
+const std::vector<Rule> &allRules()
+{
+    static const std::vector<Rule> rules = [] {
+        std::vector<Rule> all = staticRules();
+        all.insert(all.end(), loadCheckRules().cbegin(), loadCheckRules().cend());
+        return all;
+    }();
     return rules;
 }
 
