@@ -202,7 +202,7 @@ void CanvasView::setTouchEmulation(bool isOn)
     m_touch->setHovering(emulatesTouch() && viewport()->underMouse());
     updateCursor(mousePosition());
     if (emulatesTouch()) {
-        Q_EMIT message(
+        emit message(
             tr("The left button is a finger. Alt or the right button: a second one, mirrored; with "
                "Shift parallel; with Ctrl a third"));
     }
@@ -356,7 +356,7 @@ void CanvasView::mouseDoubleClickEvent(QMouseEvent *event)
     }
     PlacedWidget *widget = m_studio->widgetAt(event->localPos());
     if (widget && !widget->item()) {
-        Q_EMIT activated(widget);
+        emit activated(widget);
     } else if (!m_touchIsEmulated || !m_touch->mousePress(*event)) { // a finger knows no double-click
         QGraphicsView::mouseDoubleClickEvent(event);
     }
@@ -380,7 +380,7 @@ void CanvasView::contextMenuEvent(QContextMenuEvent *event)
                                 ? viewport()->mapToGlobal(toViewport(widget->geometry()).center().toPoint())
                                 : event->globalPos();
     event->accept();
-    Q_EMIT contextMenuRequested(widget, position);
+    emit contextMenuRequested(widget, position);
 }
 
 // Events ---------------------------------------------------------------------------------------------------
@@ -652,7 +652,7 @@ void CanvasView::dropEvent(QDropEvent *event)
     const QRectF rect = dropRect(*event);
     setDropRect({});
     if (!m_drop.isValid()) {
-        Q_EMIT message(tr("What was dropped names no widget and version"));
+        emit message(tr("What was dropped names no widget and version"));
         return;
     }
     event->acceptProposedAction();

@@ -108,7 +108,7 @@ QVector<PlacedWidget *> SelectionEdits::movableWidgets()
         }
     }
     if (widgets.isEmpty() && m_document->current()) {
-        Q_EMIT message(tr("%1 is locked").arg(m_document->current()->name()));
+        emit message(tr("%1 is locked").arg(m_document->current()->name()));
     }
     return widgets;
 }
@@ -198,7 +198,7 @@ void SelectionEdits::copy()
     }
     QGuiApplication::clipboard()->setText(
         QString::fromUtf8(QJsonDocument(scenario.toJson()).toJson(QJsonDocument::Indented)));
-    Q_EMIT message(tr("%n widget(s) copied", nullptr, scenario.widgets.size()));
+    emit message(tr("%n widget(s) copied", nullptr, scenario.widgets.size()));
 }
 
 void SelectionEdits::paste()
@@ -210,11 +210,11 @@ void SelectionEdits::paste()
     if (!document.isObject() || !Scenario::fromJson(document.object(), scenario, problems)
         || scenario.widgets.isEmpty()) {
         const QString reason = problems.isEmpty() ? QString() : QStringLiteral(": ") + problems.constFirst();
-        Q_EMIT message(tr("The clipboard holds no widgets") + reason);
+        emit message(tr("The clipboard holds no widgets") + reason);
         return;
     }
     if (scenario.pluginId != m_document->toScenario().pluginId) {
-        Q_EMIT message(tr("The widgets in the clipboard are of another library: %1").arg(scenario.pluginId));
+        emit message(tr("The widgets in the clipboard are of another library: %1").arg(scenario.pluginId));
         return;
     }
     ++m_pasteCount;
