@@ -66,6 +66,12 @@ bool isWorthRecording(QEvent::Type type)
     }
 }
 
+// An item may put others on the page.
+QString nameOf(const PlacedWidget *widget)
+{
+    return widget ? widget->name() : QStringLiteral("page");
+}
+
 QString eventName(QEvent::Type type)
 {
     return QString::fromLatin1(QMetaEnum::fromType<QEvent::Type>().valueToKey(type));
@@ -88,6 +94,17 @@ QPointF eventPosition(const QEvent &event, const QPointF &otherwise)
     default:
         return otherwise;
     }
+}
+
+// Of a modifier key itself, its events tell the keys that were held before.
+Qt::KeyboardModifiers modifiersAfter(const QKeyEvent &event)
+{
+    const Qt::KeyboardModifier own = event.key() == Qt::Key_Alt       ? Qt::AltModifier
+                                     : event.key() == Qt::Key_Shift   ? Qt::ShiftModifier
+                                     : event.key() == Qt::Key_Control ? Qt::ControlModifier
+                                                                      : Qt::NoModifier;
+    Qt::KeyboardModifiers modifiers = event.modifiers();
+    return modifiers.setFlag(own, event.type() == QEvent::KeyPress);
 }
 
 } // namespace
@@ -114,15 +131,7 @@ CanvasView::CanvasView(BenchDocument *document, QWidget *parent)
     viewport()->setMouseTracking(true);
     viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
 
-    m_overlayTimer.setSingleShot(true);
-    m_overlayTimer.setInterval(0);
-    connect(&m_overlayTimer, &QTimer::timeout, this, &CanvasView::updateOverlay);
-    connect(m_navigation, &PageNavigation::zoomChanged, this, &CanvasView::zoomChanged);
-    connect(m_studio, &StudioTool::overlayChanged, this, &CanvasView::updateOverlay);
-    connect(m_studio, &StudioTool::message, this, &CanvasView::message);
-    connect(m_studio, &StudioTool::activated, this, &CanvasView::activated);
-    connect(m_touch, &TouchEmulator::fingersMoved, this, &CanvasView::updateOverlay);
-    connect(&m_edits, &SelectionEdits::message, this, &CanvasView::message);
+    connectTools();
     connectDocument();
     applyMode();
 }
@@ -132,6 +141,19 @@ CanvasView::~CanvasView()
     // The viewport, and the emulator with it, outlives this class's own part.
     m_touch->disconnect(this);
     m_studio->disconnect(this);
+}
+
+void CanvasView::connectTools()
+{
+    m_overlayTimer.setSingleShot(true);
+    m_overlayTimer.setInterval(0);
+    connect(&m_overlayTimer, &QTimer::timeout, this, &CanvasView::updateOverlay);
+    connect(m_navigation, &PageNavigation::zoomChanged, this, &CanvasView::zoomChanged);
+    connect(m_studio, &StudioTool::overlayChanged, this, &CanvasView::updateOverlay);
+    connect(m_studio, &StudioTool::message, this, &CanvasView::message);
+    connect(m_studio, &StudioTool::activated, this, &CanvasView::activated);
+    connect(m_touch, &TouchEmulator::fingersMoved, this, &CanvasView::updateOverlay);
+    connect(&m_edits, &SelectionEdits::message, this, &CanvasView::message);
 }
 
 void CanvasView::connectDocument()
@@ -168,9 +190,8 @@ void CanvasView::applyMode()
     m_navigation->endPan();
     m_spaceIsDown = false;
     setInteractive(!isStudio());
-    setFocusPolicy(Qt::StrongFocus);
     m_touch->setHovering(emulatesTouch() && viewport()->underMouse());
-    updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+    updateCursor(mousePosition());
     viewport()->update();
 }
 
@@ -179,9 +200,9 @@ void CanvasView::setTouchEmulation(bool isOn)
     m_touch->cancel();
     m_touchIsEmulated = isOn;
     m_touch->setHovering(emulatesTouch() && viewport()->underMouse());
-    updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+    updateCursor(mousePosition());
     if (emulatesTouch()) {
-        Q_EMIT message(
+        emit message(
             tr("The left button is a finger. Alt or the right button: a second one, mirrored; with "
                "Shift parallel; with Ctrl a third"));
     }
@@ -231,6 +252,11 @@ bool CanvasView::panPress(const QMouseEvent &event)
         updateCursor(event.localPos());
     }
     return isPan;
+}
+
+QPointF CanvasView::mousePosition() const
+{
+    return viewport()->mapFromGlobal(QCursor::pos());
 }
 
 void CanvasView::updateCursor(const QPointF &position)
@@ -330,7 +356,7 @@ void CanvasView::mouseDoubleClickEvent(QMouseEvent *event)
     }
     PlacedWidget *widget = m_studio->widgetAt(event->localPos());
     if (widget && !widget->item()) {
-        Q_EMIT activated(widget);
+        emit activated(widget);
     } else if (!m_touchIsEmulated || !m_touch->mousePress(*event)) { // a finger knows no double-click
         QGraphicsView::mouseDoubleClickEvent(event);
     }
@@ -354,7 +380,7 @@ void CanvasView::contextMenuEvent(QContextMenuEvent *event)
                                 ? viewport()->mapToGlobal(toViewport(widget->geometry()).center().toPoint())
                                 : event->globalPos();
     event->accept();
-    Q_EMIT contextMenuRequested(widget, position);
+    emit contextMenuRequested(widget, position);
 }
 
 // Events ---------------------------------------------------------------------------------------------------
@@ -378,7 +404,7 @@ bool CanvasView::viewportEvent(QEvent *event)
     case QEvent::Enter:
     case QEvent::Leave:
         m_touch->setHovering(emulatesTouch() && event->type() == QEvent::Enter);
-        updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+        updateCursor(mousePosition());
         break;
     case QEvent::ToolTip:
         showToolTip(*static_cast<QHelpEvent *>(event));
@@ -405,25 +431,44 @@ bool CanvasView::viewportEvent(QEvent *event)
 bool CanvasView::runtimeEvent(QEvent *event)
 {
     const PlacedWidget *widget = receiver(*event);
-    if (!widget) {
+    const bool isRecorded = widget && isWorthRecording(event->type());
+    PluginCall call(isRecorded ? m_document->activity() : nullptr, ActivityEntry::Event, nameOf(widget),
+                    eventName(event->type()));
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        QGraphicsView::keyPressEvent(static_cast<QKeyEvent *>(event));
+        return true;
+    case QEvent::KeyRelease:
+        QGraphicsView::keyReleaseEvent(static_cast<QKeyEvent *>(event));
+        return true;
+    case QEvent::FocusIn:
+        QGraphicsView::focusInEvent(static_cast<QFocusEvent *>(event));
+        return true;
+    case QEvent::FocusOut:
+        QGraphicsView::focusOutEvent(static_cast<QFocusEvent *>(event));
+        return true;
+    default:
         return QGraphicsView::viewportEvent(event);
     }
-    PluginCall call(isWorthRecording(event->type()) ? m_document->activity() : nullptr, ActivityEntry::Event,
-                    widget->name(), eventName(event->type()));
-    return QGraphicsView::viewportEvent(event);
 }
 
 /// Whose code an event will most likely run.
 PlacedWidget *CanvasView::receiver(const QEvent &event) const
 {
-    if (event.type() == QEvent::KeyPress || event.type() == QEvent::KeyRelease) {
+    switch (event.type()) {
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::FocusIn:
+    case QEvent::FocusOut:
         return m_document->widgetOfItem(scene()->focusItem());
+    default:
+        break;
     }
     if (PlacedWidget *grabber = m_document->widgetOfItem(scene()->mouseGrabberItem())) {
         return grabber;
     }
     // By geometry: to ask the items what is there would run their code.
-    return m_studio->widgetAt(eventPosition(event, viewport()->mapFromGlobal(QCursor::pos())));
+    return m_studio->widgetAt(eventPosition(event, mousePosition()));
 }
 
 void CanvasView::showToolTip(const QHelpEvent &event)
@@ -450,7 +495,7 @@ void CanvasView::focusInEvent(QFocusEvent *event)
     if (isStudio()) {
         QAbstractScrollArea::focusInEvent(event);
     } else {
-        QGraphicsView::focusInEvent(event);
+        runtimeEvent(event);
     }
     event->accept();
     viewport()->update();
@@ -465,7 +510,7 @@ void CanvasView::focusOutEvent(QFocusEvent *event)
     if (isStudio()) {
         QAbstractScrollArea::focusOutEvent(event);
     } else {
-        QGraphicsView::focusOutEvent(event);
+        runtimeEvent(event);
     }
     viewport()->update();
 }
@@ -503,21 +548,15 @@ void CanvasView::keyPressEvent(QKeyEvent *event)
         return;
     }
     if (m_touchIsEmulated) {
-        m_touch->setModifiers(QApplication::queryKeyboardModifiers() | event->modifiers());
+        m_touch->setModifiers(modifiersAfter(*event));
     }
-    if (const PlacedWidget *widget = receiver(*event)) {
-        PluginCall call(m_document->activity(), ActivityEntry::Event, widget->name(),
-                        eventName(event->type()));
-        QGraphicsView::keyPressEvent(event);
-    } else {
-        QGraphicsView::keyPressEvent(event);
-    }
+    runtimeEvent(event);
 }
 
 bool CanvasView::studioKeyPress(const QKeyEvent &event)
 {
     if (m_studio->isActive()) {
-        m_studio->setModifiers(event.modifiers());
+        m_studio->setModifiers(modifiersAfter(event));
     }
     switch (event.key()) {
     case Qt::Key_Escape:
@@ -526,11 +565,11 @@ bool CanvasView::studioKeyPress(const QKeyEvent &event)
         } else {
             m_document->setSelection({});
         }
-        updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+        updateCursor(mousePosition());
         return true;
     case Qt::Key_Space:
         m_spaceIsDown = true;
-        updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+        updateCursor(mousePosition());
         return true;
     default:
         // In the middle of a drag its widgets are not edited otherwise.
@@ -542,17 +581,17 @@ void CanvasView::keyReleaseEvent(QKeyEvent *event)
 {
     if (!isStudio()) {
         if (m_touchIsEmulated) {
-            m_touch->setModifiers(event->modifiers());
+            m_touch->setModifiers(modifiersAfter(*event));
         }
-        QGraphicsView::keyReleaseEvent(event);
+        runtimeEvent(event);
         return;
     }
     if (m_studio->isActive()) {
-        m_studio->setModifiers(event->modifiers());
+        m_studio->setModifiers(modifiersAfter(*event));
     }
     if (event->key() == Qt::Key_Space && !event->isAutoRepeat()) {
         m_spaceIsDown = false;
-        updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+        updateCursor(mousePosition());
     }
 }
 
@@ -613,7 +652,7 @@ void CanvasView::dropEvent(QDropEvent *event)
     const QRectF rect = dropRect(*event);
     setDropRect({});
     if (!m_drop.isValid()) {
-        Q_EMIT message(tr("What was dropped names no widget and version"));
+        emit message(tr("What was dropped names no widget and version"));
         return;
     }
     event->acceptProposedAction();
@@ -652,8 +691,7 @@ void CanvasView::drawItems(QPainter *painter, int numItems, QGraphicsItem *items
         }
         drawn = top;
         const PlacedWidget *widget = m_document->widgetOfItem(top);
-        PluginCall call(nullptr, ActivityEntry::Event, widget ? widget->name() : QString(),
-                        QStringLiteral("paint"));
+        PluginCall call(nullptr, ActivityEntry::Event, nameOf(widget), QStringLiteral("paint"));
         QGraphicsView::drawItems(painter, 1, items + i, options + i);
     }
 }

@@ -110,6 +110,7 @@ protected:
     void wheelEvent(QWheelEvent *event) override;
 
 private:
+    void connectTools();
     void connectDocument();
     void watch(PlacedWidget *widget);
     void applyMode();
@@ -117,6 +118,7 @@ private:
     bool emulatesTouch() const { return m_touchIsEmulated && !isStudio(); }
 
     bool panPress(const QMouseEvent &event);
+    QPointF mousePosition() const;
     void updateCursor(const QPointF &position);
 
     // Input

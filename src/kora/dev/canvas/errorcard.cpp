@@ -59,6 +59,19 @@ ErrorCard::ErrorCard(QWidget *parent)
     m_titleLabel->setWordWrap(true);
     m_titleLabel->setTextFormat(Qt::PlainText);
 
+    auto *copyButton = new QPushButton(tr("Copy"));
+    copyButton->setObjectName(QStringLiteral("errorCardCopy"));
+    copyButton->setToolTip(tr("Copy the whole text"));
+    connect(copyButton, &QPushButton::clicked, this, &ErrorCard::copy);
+    m_buttonsLayout->addWidget(copyButton);
+    m_buttonsLayout->addStretch();
+    arrange();
+}
+
+void ErrorCard::arrange()
+{
+    constexpr int distance = 12;
+    constexpr int share = 20; // of the room; a margin has 1
     auto *findings = new QWidget;
     findings->setLayout(m_findingsLayout);
     m_findingsLayout->setContentsMargins(0, 0, 0, 0);
@@ -68,24 +81,17 @@ ErrorCard::ErrorCard(QWidget *parent)
     scroll->setWidget(findings);
     scroll->setAccessibleName(tr("Causes"));
 
-    auto *copyButton = new QPushButton(tr("Copy"));
-    copyButton->setObjectName(QStringLiteral("errorCardCopy"));
-    copyButton->setToolTip(tr("Copy the whole text"));
-    connect(copyButton, &QPushButton::clicked, this, &ErrorCard::copy);
-    m_buttonsLayout->addWidget(copyButton);
-    m_buttonsLayout->addStretch();
-
     auto *column = new QVBoxLayout;
     column->addStretch(1);
     column->addWidget(m_titleLabel);
-    column->addSpacing(12);
-    column->addWidget(scroll, 20);
-    column->addSpacing(12);
+    column->addSpacing(distance);
+    column->addWidget(scroll, share);
+    column->addSpacing(distance);
     column->addLayout(m_buttonsLayout);
     column->addStretch(1);
     auto *row = new QHBoxLayout(this);
     row->addStretch(1);
-    row->addLayout(column, 20);
+    row->addLayout(column, share);
     row->addStretch(1);
 }
 

@@ -47,7 +47,7 @@ void PageNavigation::applyZoom(double zoom, const QPointF &anchor)
     scrollBy(m_view->viewportTransform().map(point) - anchor);
     m_view->viewport()->update(); // what is painted over the scene too
     if (isOther) {
-        Q_EMIT zoomChanged(wanted);
+        emit zoomChanged(wanted);
     }
 }
 

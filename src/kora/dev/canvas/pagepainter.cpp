@@ -4,6 +4,7 @@
 #include <QtGui/QPainter>
 #include <QtGui/QPalette>
 
+#include <algorithm>
 #include <cmath>
 
 #include <kora/dev/model/scenario.h>
@@ -71,7 +72,12 @@ void paintPage(QPainter &painter, const QRectF &exposed, const PageState &page, 
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.fillRect(exposed, palette.color(QPalette::Window).darker(deskShade));
-    painter.fillRect(visible, page.background.isValid() ? QBrush(page.background) : checkerboard(zoom));
+    if (page.background.alpha() < 255 || !page.background.isValid()) {
+        painter.fillRect(visible, checkerboard(zoom));
+    }
+    if (page.background.isValid()) {
+        painter.fillRect(visible, page.background);
+    }
     if (page.gridIsShown) {
         qreal step = page.gridStep;
         while (step * zoom < leastGridPixels) {

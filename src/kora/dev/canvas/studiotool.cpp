@@ -166,7 +166,7 @@ void StudioTool::doubleClick(const QMouseEvent &event)
     if (handleAt(event.localPos())) {
         restoreDefaultSize(resizable());
     } else if (PlacedWidget *widget = widgetAt(event.localPos())) {
-        Q_EMIT activated(widget);
+        emit activated(widget);
     }
 }
 
@@ -174,7 +174,7 @@ void StudioTool::restoreDefaultSize(PlacedWidget *widget)
 {
     const QSizeF size = widget->info().defaultSize();
     if (size.isEmpty()) {
-        Q_EMIT message(tr("%1 has no default size").arg(widget->name()));
+        emit message(tr("%1 has no default size").arg(widget->name()));
         return;
     }
     m_document->setGeometries({widget}, {QRectF(widget->geometry().topLeft(), size)});
@@ -212,7 +212,7 @@ QPointF StudioTool::snapOffset(const QRectF &rect) const
 void StudioTool::beginMove()
 {
     if (m_pressed->isLocked()) {
-        Q_EMIT message(tr("%1 is locked").arg(m_pressed->name()));
+        emit message(tr("%1 is locked").arg(m_pressed->name()));
         m_state = State::Marquee; // as on the page itself: a locked widget may cover all of it
         return;
     }
@@ -264,7 +264,7 @@ void StudioTool::applyGeometries(const QVector<QRectF> &geometries)
         m_guides = m_modifiers.testFlag(Qt::ControlModifier) ? QVector<Guide>()
                                                              : m_snapper.guides(draggedRect(), m_handle);
     }
-    Q_EMIT overlayChanged();
+    emit overlayChanged();
 }
 
 void StudioTool::updateMarquee()
@@ -284,7 +284,7 @@ void StudioTool::updateMarquee()
     if (selection != m_document->selection()) {
         m_document->setSelection(selection);
     }
-    Q_EMIT overlayChanged();
+    emit overlayChanged();
 }
 
 void StudioTool::cancel()
@@ -319,7 +319,7 @@ void StudioTool::finish()
     m_startGeometries.clear();
     m_startSelection.clear();
     m_guides.clear();
-    Q_EMIT overlayChanged();
+    emit overlayChanged();
 }
 
 void StudioTool::forget(PlacedWidget *widget)
