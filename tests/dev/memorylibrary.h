@@ -5,7 +5,7 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <QtWidgets/QApplication>
+#include <QtTest/QTest>
 #include <QtWidgets/QTreeWidget>
 
 #include <kora/core/widgetmetainformation_p.h>
@@ -87,8 +87,10 @@ public:
         update();
         pane.resize(370, 700);
         pane.show();
-        QApplication::setActiveWindow(&pane);
-        QCoreApplication::processEvents();
+        pane.activateWindow();
+        if (!QTest::qWaitForWindowActive(&pane)) {
+            qFatal("the window does not become active");
+        }
     }
 
     KORA::DEV::FieldManager *manager(const char *id) const

@@ -285,7 +285,7 @@ void TestFieldsPane::listsAndMapsAreEditedInABox()
     ProbeBench bench(m_fields);
     const int steps = bench.document.undoStack()->count();
     auto *button = bench.find<QPushButton>(QStringLiteral("recipes"));
-    QVERIFY(button->toolTip().startsWith(QLatin1String("3 text")));
+    QVERIFY(button->toolTip().startsWith(QLatin1String("3 texts")));
     button->click();
     auto *list = bench.find<QListWidget>(QStringLiteral("recipesList"));
     QVERIFY(list->isVisible());
@@ -585,8 +585,8 @@ void TestFieldsPane::thousandFieldsAreThereAtOnce()
     QCoreApplication::processEvents();
     bench.pane.grab();
     const qint64 shown = clock.elapsed();
-    qInfo("%lld ms to clear, %lld ms to show", cleared, shown);
-    QVERIFY(shown < 2000); // about a tenth of it on a free machine
+    const QString times = QStringLiteral("%1 ms to clear, %2 ms to show").arg(cleared).arg(shown);
+    QVERIFY2(cleared + shown < 2000, qPrintable(times)); // about a tenth of it, but the machine may be busy
     QVERIFY(bench.manager("field0000")->editorIfMade(bench.manager("field0000")->row()));
     FieldManager *last = bench.manager("field0999");
     QVERIFY(!last->editorIfMade(last->row()));
@@ -631,7 +631,8 @@ void TestFieldsPane::screenshots()
         bench.set("opacity", 0.123456789);
         bench.set("shape", 7);
         bench.manager("valueFont")->row()->setExpanded(true);
-        bench.pane.resize(370, 900);
+        bench.pane.resize(370, 800);
+        QCOMPARE(bench.pane.width(), 370);
         auto *box = bench.find<NumberBox>(QStringLiteral("offset"));
         box->setFocus();
         QTest::keyClicks(box, QStringLiteral("x"));

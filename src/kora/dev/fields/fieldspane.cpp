@@ -34,7 +34,7 @@ namespace {
 // run: a widget may write thousands of times a second.
 const int updateMs = 50;
 const int mostPromptUpdates = 10;
-const int nameColumnWidth = 124;
+const int nameColumnWidth = 130;
 
 enum Column : int { NameColumn, ValueColumn, ColumnCount };
 
@@ -79,6 +79,7 @@ FieldsPane::FieldsPane(BenchDocument *document, QWidget *parent)
             clearRows();
         }
     });
+    lightenOutlines();
     rebuild();
 }
 
@@ -131,10 +132,10 @@ QWidget *FieldsPane::makeBar()
     m_modifiedOnly->setCheckable(true);
     QToolButton *reset = makeTextButton(QStringLiteral("fieldsResetAll"), tr("Reset all"),
                                         tr("Sets every field to its default and unbinds it"));
-    QToolButton *more = makeTextButton(QStringLiteral("fieldsMore"), tr("More"), tr("More on fields"));
+    QToolButton *more =
+        makeTextButton(QStringLiteral("fieldsMore"), tr("More"), tr("Private fields, folding"));
     more->setIcon(benchIcon("more"));
     more->setToolButtonStyle(Qt::ToolButtonIconOnly);
-    more->setPopupMode(QToolButton::InstantPopup);
     auto *menu = new QMenu(more);
     QAction *privateFields = menu->addAction(tr("Private fields"));
     privateFields->setObjectName(QStringLiteral("fieldsPrivate"));
@@ -143,7 +144,8 @@ QWidget *FieldsPane::makeBar()
     menu->addSeparator();
     menu->addAction(tr("Unfold all groups"), this, [this] { m_tree->expandToDepth(0); });
     menu->addAction(tr("Fold all groups"), this, [this] { m_tree->collapseAll(); });
-    more->setMenu(menu);
+    connect(more, &QToolButton::clicked, menu,
+            [more, menu] { menu->popup(more->mapToGlobal(QPoint(0, more->height()))); });
 
     layout->addWidget(m_filter, 1);
     layout->addWidget(m_modifiedOnly);
@@ -170,7 +172,7 @@ QWidget *FieldsPane::makeTree()
     m_tree->header()->resizeSection(NameColumn, nameColumnWidth);
     m_tree->header()->setStretchLastSection(true);
     m_tree->header()->hide();
-    m_tree->setIndentation(14);
+    m_tree->setIndentation(12);
     m_tree->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     m_tree->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_tree->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -298,7 +300,8 @@ QTreeWidgetItem *FieldsPane::groupRow(const FieldMetaInformation &field)
     if (!group) {
         group = new QTreeWidgetItem({label.isEmpty() ? key : label});
         group->setData(NameColumn, groupKeyRole, key);
-        m_tree->insertTopLevelItem(static_cast<int>(std::distance(m_groups.begin(), m_groups.find(key))), group);
+        m_tree->insertTopLevelItem(static_cast<int>(std::distance(m_groups.begin(), m_groups.find(key))),
+                                   group);
         group->setFirstColumnSpanned(true);
         QFont font = m_tree->font();
         font.setBold(true);
@@ -306,6 +309,20 @@ QTreeWidgetItem *FieldsPane::groupRow(const FieldMetaInformation &field)
         group->setSizeHint(NameColumn, {0, FieldCell::rowHeight() - 4});
     }
     return group;
+}
+
+/// Fusion draws the outlines of controls darker than what stands behind them: unseen on dark. They take it from this
+/// colour, which nothing in the list is filled with.
+void FieldsPane::lightenOutlines()
+{
+    QPalette colors = palette();
+    if (colors.color(QPalette::Window).lightness() < 128) {
+        colors.setColor(QPalette::Window, colors.color(QPalette::Mid).lighter(160));
+    }
+    for (QWidget *part :
+         {static_cast<QWidget *>(m_tree), static_cast<QWidget *>(m_geometry), m_filter->parentWidget()}) {
+        part->setPalette(colors);
+    }
 }
 
 void FieldsPane::colorGroups()
@@ -548,6 +565,7 @@ void FieldsPane::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange) {
+        lightenOutlines();
         colorGroups();
     }
 }

@@ -90,6 +90,7 @@ private:
     void watchWidget(PlacedWidget *widget);
     void showState();
     QString groupMemoryKey(const QTreeWidgetItem *group) const;
+    void lightenOutlines();
     void colorGroups();
 
     void onValueChanged(const QString &fieldId, PlacedWidget::Origin origin);

@@ -16,6 +16,7 @@ NumberBox::NumberBox(bool isWhole, QWidget *parent)
     : QAbstractSpinBox(parent)
     , m_isWhole(isWhole)
 {
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed); // may be narrower than its hint
     lineEdit()->setPlaceholderText(tr("no value"));
     connect(lineEdit(), &QLineEdit::textEdited, this, &NumberBox::onTextEdited);
 }
