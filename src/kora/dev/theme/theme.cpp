@@ -147,6 +147,7 @@ void apply(Theme theme, QWidget *window)
     if (QApplication::style()->objectName() != QLatin1String("fusion")) {
         QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     }
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     const QPalette palette = paletteOf(dark ? darkColors : lightColors);
     QApplication::setPalette(palette);
     QToolTip::setPalette(palette);
