@@ -202,9 +202,8 @@ void CanvasView::setTouchEmulation(bool isOn)
     m_touch->setHovering(emulatesTouch() && viewport()->underMouse());
     updateCursor(mousePosition());
     if (emulatesTouch()) {
-        emit message(
-            tr("The left button is a finger. Alt or the right button: a second one, mirrored; with "
-               "Shift parallel; with Ctrl a third"));
+        emit message(tr("The left button is a finger. Alt or the right button: a second one, mirrored; with "
+                        "Shift parallel; with Ctrl a third"));
     }
 }
 
@@ -490,6 +489,9 @@ void CanvasView::changeEvent(QEvent *event)
     }
 }
 
+// In studio mode past QGraphicsView, which tells the scene.
+// NOLINTBEGIN(bugprone-parent-virtual-call)
+
 void CanvasView::focusInEvent(QFocusEvent *event)
 {
     if (isStudio()) {
@@ -521,6 +523,8 @@ bool CanvasView::focusNextPrevChild(bool next)
                       : QGraphicsView::focusNextPrevChild(next);
 }
 
+// NOLINTEND(bugprone-parent-virtual-call)
+
 // Keys -----------------------------------------------------------------------------------------------------
 
 /// The keys of the window that work in runtime mode too.
@@ -543,7 +547,8 @@ void CanvasView::keyPressEvent(QKeyEvent *event)
 {
     if (isStudio()) {
         if (!studioKeyPress(*event)) {
-            QAbstractScrollArea::keyPressEvent(event); // scrolls
+            // Scrolls.
+            QAbstractScrollArea::keyPressEvent(event); // NOLINT(bugprone-parent-virtual-call)
         }
         return;
     }

@@ -62,14 +62,14 @@ bool SelectionEdits::keyPress(const QKeyEvent &event)
         QKeySequence keys;
         void (SelectionEdits::*edit)();
     } shortcuts[] = {
-        {Qt::CTRL | Qt::Key_A, &SelectionEdits::selectAll},
-        {Qt::CTRL | Qt::Key_D, &SelectionEdits::duplicate},
-        {Qt::CTRL | Qt::Key_X, &SelectionEdits::cut},
-        {Qt::CTRL | Qt::Key_C, &SelectionEdits::copy},
-        {Qt::CTRL | Qt::Key_V, &SelectionEdits::paste},
-        {Qt::CTRL | Qt::Key_PageUp, &SelectionEdits::bringForward},
-        {Qt::CTRL | Qt::Key_PageDown, &SelectionEdits::sendBackward},
-        {Qt::Key_Delete, &SelectionEdits::remove},
+        {QKeySequence(QStringLiteral("Ctrl+A")), &SelectionEdits::selectAll},
+        {QKeySequence(QStringLiteral("Ctrl+D")), &SelectionEdits::duplicate},
+        {QKeySequence(QStringLiteral("Ctrl+X")), &SelectionEdits::cut},
+        {QKeySequence(QStringLiteral("Ctrl+C")), &SelectionEdits::copy},
+        {QKeySequence(QStringLiteral("Ctrl+V")), &SelectionEdits::paste},
+        {QKeySequence(QStringLiteral("Ctrl+PgUp")), &SelectionEdits::bringForward},
+        {QKeySequence(QStringLiteral("Ctrl+PgDown")), &SelectionEdits::sendBackward},
+        {QKeySequence(QStringLiteral("Del")), &SelectionEdits::remove},
     };
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
     const QKeySequence keys(event.key() | static_cast<int>(modifiers));

@@ -456,8 +456,10 @@ void StudioTool::paintFrames(QPainter &painter) const
     const QColor color = m_view->palette().color(QPalette::Highlight);
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.setBrush(Qt::NoBrush);
-    for (const PlacedWidget *widget : m_document->selection()) {
-        const bool isMarked = m_document->selection().size() > 1 && widget == m_document->current();
+    const QVector<PlacedWidget *> &selection = m_document->selection();
+    for (int i = 0; i < selection.size(); ++i) {
+        const PlacedWidget *widget = selection.at(i);
+        const bool isMarked = i > 0 && i == selection.size() - 1; // its fields are shown
         const bool isFixed = widget->isLocked() || !widget->isVisible();
         painter.setPen(QPen(color, isMarked ? 2 : 1, isFixed ? Qt::DashLine : Qt::SolidLine));
         painter.drawRect(toViewport(widget->geometry()).toRect().adjusted(-1, -1, 0, 0));

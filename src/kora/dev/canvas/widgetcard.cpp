@@ -84,7 +84,7 @@ void paintTexts(QPainter &painter, QRectF area, const PlacedWidget &widget, cons
                 const QFont &font)
 {
     constexpr qreal distance = 4;
-    const QColor color = palette.color(QPalette::Text);
+    const QColor &color = palette.color(QPalette::Text);
     QColor quiet = color;
     quiet.setAlpha(170);
     QFont bold = font;
