@@ -183,10 +183,6 @@ void WidgetLibraryPluginTestWidgetPrivate::showLoadFailure(const QString &plugin
 
 void WidgetLibraryPluginTestWidgetPrivate::placeFirstWidget()
 {
-    // Undoing the first edit of the plant must not take away what it begins with: load() knows of it.
-    document->providers()->addDefaults();
-    QStringList dropped;
-    document->load(document->toScenario(), dropped);
     const QMap<QString, WidgetMetaInformation> latest =
         document->plugin()->metaInformation()->widgetsLatestVersion();
     auto first = std::find_if(latest.begin(), latest.end(),
