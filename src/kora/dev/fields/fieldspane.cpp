@@ -225,7 +225,13 @@ QWidget *FieldsPane::makeHiddenFields()
 
 void FieldsPane::rebuild()
 {
+    if (m_isRebuilding) {
+        return;
+    }
     const QScopedValueRollback<bool> guard(m_isRebuilding, true);
+    for (FieldManager *manager : qAsConst(m_managers)) {
+        manager->finishEntries();
+    }
     clearRows();
     PlacedWidget *widget = m_document->current();
     m_widget = widget;

@@ -152,7 +152,7 @@ QSize NumberBox::sizeHint() const
 
 QSize NumberBox::minimumSizeHint() const
 {
-    return {fontMetrics().horizontalAdvance(QStringLiteral("-000.0")) + 24, sizeHint().height()};
+    return {fontMetrics().horizontalAdvance(QStringLiteral("-000")) + 24, sizeHint().height()};
 }
 
 } // namespace DEV
