@@ -127,7 +127,7 @@ QJsonObject sarifResult(const Finding &finding)
                                                           {QLatin1String("startColumn"), finding.column}});
     }
     const QString text = finding.message + ownerOf(finding)
-                         + (finding.hint.isEmpty() ? QString() : QLatin1String(". ") + finding.hint);
+                         + (finding.hint.isEmpty() ? QString() : QLatin1String("; ") + finding.hint);
     return {
         {QLatin1String("ruleId"), finding.rule},
         {QLatin1String("level"), severityName(finding.severity)}, // SARIF has the same three words

@@ -114,7 +114,7 @@ private:
     QString begin()
     {
         const bool isMember = !m_levels.isEmpty() && !m_levels.last().isArray;
-        const QString pointer = nextPointer();
+        QString pointer = nextPointer();
         if (isMember && m_source.m_spans.contains(pointer)) {
             m_source.m_repeatedKeys.append({pointer, m_source.placeAt(m_keyStart)});
         }
@@ -132,12 +132,13 @@ private:
     bool open(bool isArray)
     {
         m_levels.append({begin(), isArray, -1, {}});
+        m_end = m_source.m_spans.value(m_levels.last().pointer).start + 1; // the bracket may be taken later
         return true;
     }
 
     bool close()
     {
-        m_end = position();
+        m_end = nextToken() + 1;
         m_source.m_spans[m_levels.takeLast().pointer].end = m_end;
         return true;
     }

@@ -26,11 +26,16 @@ const QStringList deliveredPlatforms = {QStringLiteral("win32/x86"), QStringLite
                                         QStringLiteral("linux/arm32"), QStringLiteral("linux/arm64")};
 constexpr int mostFoldersUp = 10;
 constexpr int mostSourceFiles = 5000;
-constexpr qint64 largestSource = 8 * 1024 * 1024;
+constexpr qint64 largestSource = 8'000'000;
 
+// QUuid alone accepts any tail, such as "<uuid>-old".
 bool isUuidName(const QString &name)
 {
-    return !QUuid::fromString(name).isNull();
+    const QUuid uuid = QUuid::fromString(name);
+    const auto is = [&](QUuid::StringFormat format) {
+        return uuid.toString(format).compare(name, Qt::CaseInsensitive) == 0;
+    };
+    return !uuid.isNull() && (is(QUuid::WithoutBraces) || is(QUuid::WithBraces));
 }
 
 QByteArray contentOf(const QString &path)
@@ -170,6 +175,7 @@ bool isPluginFolder(const QString &folder)
 void checkPluginFolder(const QString &folder, const LibraryCheckOptions &options, bool complete,
                        CheckReport &report)
 {
+    const int before = report.findings.size();
     QStringList paths;
     const QStringList platforms = platformFoldersIn(folder);
     for (const QString &platform : platforms) {
@@ -192,5 +198,13 @@ void checkPluginFolder(const QString &folder, const LibraryCheckOptions &options
     }
     if (complete) {
         checkCompleteness(folder, report);
+    }
+    // As the user named the folder: a relative path stays one, on every machine the same.
+    const QString absolute = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
+    for (int i = before; i < report.findings.size(); ++i) {
+        QString &file = report.findings[i].file;
+        if (file.startsWith(absolute + QLatin1Char('/'))) {
+            file = QDir::cleanPath(folder) + file.midRef(absolute.size());
+        }
     }
 }

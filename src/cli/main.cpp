@@ -63,6 +63,7 @@ int main(int argc, char **argv)
     addResourcesCommand(app, run);
     addCheckCommand(app, run);
     addExplainCommand(app, run);
+    addCheckChildCommand(app, run);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &error) {

@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "rules.h"
 
+#include "loadcheckrules.h"
+
 #include <algorithm>
 
 using KORA::DEV::Finding;
 
-const std::vector<Rule> &allRules()
+namespace {
+
+const std::vector<Rule> &staticRules()
 {
     static const std::vector<Rule> rules = {
         {"input-unreadable", Finding::Error, "a path that was given cannot be read", "a mistyped path",
@@ -90,6 +94,9 @@ const std::vector<Rule> &allRules()
          "translations/it-IT.csv"},
         {"csv-unreadable", Finding::Error, "a translation file cannot be read", "no right to read it",
          "translations/it-IT.csv"},
+        {"csv-header", Finding::Warning,
+         "the first line of a translation file is skipped, but holds a translation",
+         "the line with the headings was forgotten", "en-US,comment,it-IT"},
         {"csv-encoding", Finding::Warning, "a line of a translation file is not UTF-8",
          "the file was saved in the encoding of an old spreadsheet", "save as CSV UTF-8"},
         {"csv-fields", Finding::Error,
@@ -177,6 +184,18 @@ const std::vector<Rule> &allRules()
         {"load-failed", Finding::Error, "the dynamic loader refuses the library, in its words",
          "see the message", "ldd lib<id>.so"},
     };
+    return rules;
+}
+
+} // namespace
+
+const std::vector<Rule> &allRules()
+{
+    static const std::vector<Rule> rules = [] {
+        std::vector<Rule> all = staticRules();
+        all.insert(all.end(), loadCheckRules().cbegin(), loadCheckRules().cend());
+        return all;
+    }();
     return rules;
 }
 

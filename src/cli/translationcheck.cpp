@@ -146,6 +146,8 @@ public:
     /// False if it cannot be read.
     bool read();
     Translation of(const TextKey &key) const { return m_translations.value(key); }
+    /// What the first line would be if it were not skipped.
+    TextKey firstLine() const { return m_firstLine; }
     void add(const char *rule, int line, const QString &message, const QString &hint,
              Finding::Severity severity = Finding::Warning);
 
@@ -159,6 +161,7 @@ private:
     QString m_language;
     QVector<TranslationFinding> &m_findings;
     QHash<TextKey, Translation> m_translations;
+    TextKey m_firstLine;
     bool m_isRefused = false;
 };
 
@@ -191,6 +194,10 @@ bool TranslationFile::read()
     QList<QByteArray> lines = file.readAll().split('\n');
     if (lines.last().isEmpty()) {
         lines.removeLast(); // what stands behind the last line's end is no line
+    }
+    QString unused;
+    if (!lines.isEmpty()) {
+        import(lines.first(), scratch.filePath(QStringLiteral("line.csv")), m_firstLine, unused);
     }
     for (int i = 1; i < lines.size(); ++i) {
         readLine(lines.at(i), i + 1, scratch.filePath(QStringLiteral("line.csv")));
@@ -280,7 +287,7 @@ public:
 private:
     QString fileOf(const QString &language) const;
     void language(const QString &language, const QString &pointer);
-    void untranslated(const TranslationFile &file, const QString &language);
+    void untranslated(TranslationFile &file, const QString &language);
     void options(TranslationFile &file);
     void add(const char *rule, const QString &pointer, const QString &message, const QString &hint);
 
@@ -319,7 +326,7 @@ QString TranslationCheck::fileOf(const QString &language) const
         return {};
     }
     for (const char *below : {"translations/", "translation/", ""}) {
-        const QString path = QStringLiteral("%1/%2%3").arg(m_folder, QLatin1String(below), name);
+        QString path = QStringLiteral("%1/%2%3").arg(m_folder, QLatin1String(below), name);
         if (QFileInfo(path).isFile()) {
             return path;
         }
@@ -346,12 +353,18 @@ void TranslationCheck::language(const QString &language, const QString &pointer)
     }
 }
 
-void TranslationCheck::untranslated(const TranslationFile &file, const QString &language)
+void TranslationCheck::untranslated(TranslationFile &file, const QString &language)
 {
     const auto texts = m_info.translatableStrings(m_info.defaultLanguage());
     for (const TranslationStringType &text : texts) {
         const TextKey key{text.get(m_info.defaultLanguage(), false), text.comment()};
-        if (file.of(key).text.isEmpty()) {
+        if (file.firstLine() == key) {
+            file.add(
+                "csv-header", 1,
+                QStringLiteral("the first line is skipped, and holds the translation of \"%1\"")
+                    .arg(key.first),
+                QStringLiteral("put a line with headings above it, such as en-US,comment,%1").arg(language));
+        } else if (file.of(key).text.isEmpty()) {
             add("untranslated", m_places.of(key).pointer,
                 QStringLiteral("\"%1\" is not translated into %2").arg(key.first, language),
                 key.second.isEmpty() ? QStringLiteral("add a line to %1.csv").arg(language)

@@ -11,7 +11,7 @@
 #include <QtWidgets/QAction>
 #include <QtWidgets/QDockWidget>
 #include <QtWidgets/QLineEdit>
-#include <QtWidgets/QListWidget>
+#include <QtWidgets/QToolButton>
 #include <QtWidgets/QTreeWidget>
 #include <QtWidgets/QUndoStack>
 
@@ -47,6 +47,7 @@ public:
     {
         isOpen = openPluginFolder(plantFolder(), start);
         show();
+        QApplication::setActiveWindow(this);
     }
 
     template<typename T>
@@ -105,8 +106,7 @@ void type(const Bench &bench, const char *field, const QString &text)
 // Internal parts of Qt's controls, which have the focus on behalf of their parent.
 bool isPart(const QWidget *widget)
 {
-    return widget->objectName().startsWith(QLatin1String("qt_")) || widget->focusProxy()
-           || widget->window() != widget->parentWidget()->window();
+    return widget->objectName().startsWith(QLatin1String("qt_")) || widget->focusProxy();
 }
 
 QStringList unnamedControls(const QWidget &window)
@@ -114,7 +114,7 @@ QStringList unnamedControls(const QWidget &window)
     QStringList unnamed;
     const auto widgets = window.findChildren<QWidget *>();
     for (QWidget *each : widgets) {
-        if (each->focusPolicy() == Qt::NoFocus || isPart(each)) {
+        if (each->window() != &window || each->focusPolicy() == Qt::NoFocus || isPart(each)) {
             continue;
         }
         const QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(each);
@@ -141,6 +141,8 @@ private Q_SLOTS:
     void valuesStayOverAChangeOfMode();
     void tagsAndAlarmsReachTheWidget();
     void everyControlHasAName();
+    void keysReachThePanes();
+    void instancesAreEditedInTheirPane();
     void layoutOutlivesTheWindow();
     void narrowWindowsTabTheLeftPanes();
     void paletteFindsActionsWidgetsAndFields();
@@ -278,6 +280,80 @@ void TestBenchWindow::everyControlHasAName()
     for (const QDialog *dialog : dialogs) {
         QCOMPARE(unnamedControls(*dialog).join(QLatin1Char('\n')), QString());
     }
+}
+
+void TestBenchWindow::keysReachThePanes()
+{
+    const Bench bench;
+    const auto pane = [&bench] {
+        for (QWidget *each = bench.focusWidget(); each; each = each->parentWidget()) {
+            if (qobject_cast<QDockWidget *>(each) || each == bench.canvas()) {
+                return each->objectName();
+            }
+        }
+        return QString();
+    };
+    QTest::keyClick(bench.canvas(), Qt::Key_2, Qt::AltModifier);
+    QCOMPARE(pane(), QStringLiteral("activityDock"));
+    QTest::keyClick(bench.focusWidget(), Qt::Key_F, Qt::ControlModifier);
+    QCOMPARE(bench.focusWidget()->objectName(), QStringLiteral("activityFilter"));
+    QStringList order;
+    for (int i = 0; i < 5; ++i) {
+        QTest::keyClick(bench.focusWidget(), Qt::Key_F6);
+        order.append(pane());
+    }
+    const QStringList expected{QStringLiteral("canvas"), QStringLiteral("widgetsDock"),
+                               QStringLiteral("instancesDock"), QStringLiteral("fieldsDock"),
+                               QStringLiteral("activityDock")};
+    QCOMPARE(order, expected);
+    QTest::keyClick(bench.focusWidget(), Qt::Key_W, Qt::ControlModifier);
+    QVERIFY(bench.get<QDockWidget>("activityDock")->isHidden());
+    // A letter alone is never a key of the window: it is what is typed.
+    const auto actions = bench.findChildren<QAction *>();
+    for (const QAction *action : actions) {
+        const QString key = action->shortcut().toString();
+        QVERIFY2(key.size() != 1, qPrintable(action->text()));
+    }
+}
+
+void TestBenchWindow::instancesAreEditedInTheirPane()
+{
+    const Bench bench;
+    bench.document()->place(QStringLiteral("pump"), QStringLiteral("1.0.0"), {300, 200});
+    PlacedWidget *pump = bench.document()->current();
+    auto *tree = bench.get<QTreeWidget>("instancesTree");
+    QTRY_COMPARE(tree->topLevelItemCount(), 2);
+    const auto click = [tree](int row, int column) {
+        const QModelIndex index = tree->model()->index(row, column);
+        QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, tree->visualRect(index).center());
+    };
+    click(0, 2);
+    QVERIFY(!pump->isVisible());
+    click(0, 3);
+    QVERIFY(pump->isLocked());
+    click(0, 1);
+    QVERIFY(!pump->isRunning());
+
+    const auto rename = [&](const QString &name) {
+        bench.trigger("rename");
+        auto *editor = tree->findChild<QLineEdit *>();
+        QVERIFY(editor);
+        editor->setText(name);
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTRY_VERIFY(!tree->findChild<QLineEdit *>());
+    };
+    rename(QStringLiteral("feed"));
+    QCOMPARE(pump->name(), QStringLiteral("feed"));
+    rename(QStringLiteral("alarm_list1"));
+    QCOMPARE(pump->name(), QStringLiteral("feed"));
+    QTRY_COMPARE(tree->topLevelItem(0)->text(0), QStringLiteral("feed"));
+
+    // The topmost stands first.
+    bench.get<QToolButton>("instanceDown")->click();
+    QCOMPARE(bench.document()->widgets().first(), pump);
+    QTRY_COMPARE(tree->topLevelItem(1)->text(0), QStringLiteral("feed"));
+    click(0, 0);
+    QCOMPARE(bench.document()->current()->name(), QStringLiteral("alarm_list1"));
 }
 
 void TestBenchWindow::layoutOutlivesTheWindow()

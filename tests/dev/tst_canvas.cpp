@@ -614,7 +614,14 @@ void TestCanvas::fingersFollowTheKeysAndAreCancelled()
     const QPoint inside = at({200, 200});
     hover(inside);
     press(inside);
-    QTest::keyPress(m_view.get(), Qt::Key_Alt, Qt::AltModifier);
+    // The events of a modifier key tell what was held before.
+    QKeyEvent altPress(QEvent::KeyPress, Qt::Key_Alt, Qt::NoModifier);
+    QApplication::sendEvent(m_view.get(), &altPress);
+    QCOMPARE(received.fingers.last(), 2);
+    QKeyEvent altRelease(QEvent::KeyRelease, Qt::Key_Alt, Qt::AltModifier);
+    QApplication::sendEvent(m_view.get(), &altRelease);
+    moveTo(inside + QPoint(10, 0));
+    QCOMPARE(received.fingers.last(), 1);
     moveTo(inside + QPoint(20, 0), Qt::AltModifier);
     moveTo(inside + QPoint(30, 0), Qt::AltModifier | Qt::ShiftModifier);
     moveTo(inside + QPoint(40, 0), Qt::AltModifier | Qt::ShiftModifier | Qt::ControlModifier);

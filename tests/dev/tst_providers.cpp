@@ -13,6 +13,7 @@
 #include <QtTest/QtTest>
 #include <QtWidgets/QAbstractSpinBox>
 #include <QtWidgets/QComboBox>
+#include <QtWidgets/QDialog>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QTableView>
@@ -79,6 +80,20 @@ QVector<qint64> secondsOf(const QVariant &answer)
     }
     return seconds;
 }
+
+/// A window round a pane. The platform warns of windows whose contents limit their size, which this one's do not.
+struct Window : QWidget
+{
+    bool shows(QWidget &pane, const QSize &size)
+    {
+        pane.setParent(this);
+        resize(size);
+        pane.setGeometry(rect());
+        pane.show();
+        show();
+        return QTest::qWaitForWindowExposed(this);
+    }
+};
 
 template<typename T>
 T *control(QWidget &pane, const char *name)
@@ -422,6 +437,7 @@ void TestProviders::trendsAnswer()
     QCOMPARE(first.at(2).toMap().value(QStringLiteral("value")), QVariant(1));
     QCOMPARE(first.at(3).toMap().value(QStringLiteral("value")), QVariant(2));
     QCOMPARE(asked.count(), 1);
+    QCOMPARE(plant.trends()->presentValue(trend.name), QVariant(2));
     QCOMPARE(plant.trends()->lastQuestion(trend.name)->answered, 5);
 
     // The count is kept to, on places that stay when the window moves; nothing lies in the future.
@@ -689,10 +705,9 @@ void TestProviders::panesAreUsedByMouseAndKeys()
 {
     Plant plant;
     plant.addDefaults();
+    Window window;
     TagsPane pane(&plant);
-    pane.resize(500, 180);
-    pane.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&pane));
+    QVERIFY(window.shows(pane, QSize(500, 180)));
     QSignalSpy edits(&plant, &Providers::edited);
 
     // A value is typed; a wrong one is refused, with the reason below the table.
@@ -703,14 +718,14 @@ void TestProviders::panesAreUsedByMouseAndKeys()
     QTest::qWait(80);
     QCOMPARE(line->text(), QStringLiteral("12.5"));
     QTest::keyClick(line, Qt::Key_Return);
-    QCOMPARE(plant.tags()->value(QStringLiteral("level")), QVariant(12.5));
+    QTRY_COMPARE(plant.tags()->value(QStringLiteral("level")), QVariant(12.5)); // the view takes it later
     QCOMPARE(edits.count(), 1);
     line = editCell<QLineEdit>(pane, 1, TagTable::ValueColumn);
     QVERIFY(line);
     QTest::keyClicks(line, QStringLiteral("fast"));
     QTest::keyClick(line, Qt::Key_Return);
     auto *problem = control<QLabel>(pane, "tagsProblem");
-    QVERIFY(problem->isVisible());
+    QTRY_VERIFY(problem->isVisible());
     QCOMPARE(problem->text(), QStringLiteral("Tag \"speed\": \"fast\" is no number"));
 
     // Rows are added, duplicated and removed by keys; F2 edits; a choice is taken at once.
@@ -721,7 +736,7 @@ void TestProviders::panesAreUsedByMouseAndKeys()
     QVERIFY(line);
     QTest::keyClicks(line, QStringLiteral("flow"));
     QTest::keyClick(line, Qt::Key_Return);
-    QVERIFY(plant.tags()->contains(QStringLiteral("flow")));
+    QTRY_VERIFY(plant.tags()->contains(QStringLiteral("flow")));
     QTest::keyClick(pane.table(), Qt::Key_D, Qt::ControlModifier);
     QCOMPARE(pane.currentName(), QStringLiteral("flow2"));
     pane.table()->setCurrentIndex(plant.tags()->index(5, TagTable::TypeColumn));
@@ -730,7 +745,7 @@ void TestProviders::panesAreUsedByMouseAndKeys()
     QVERIFY(combo);
     QTest::keyClick(combo, Qt::Key_Home);
     QTest::keyClick(combo, Qt::Key_Return);
-    QCOMPARE(plant.tags()->definition(QStringLiteral("flow2")).type, TagTypeBool);
+    QTRY_COMPARE(plant.tags()->definition(QStringLiteral("flow2")).type, TagTypeBool);
     pane.table()->setCurrentIndex(plant.tags()->index(5, TagTable::KnownColumn));
     QTest::keyClick(pane.table(), Qt::Key_Space);
     QVERIFY(!plant.tags()->definition(QStringLiteral("flow2")).isKnown);
@@ -751,16 +766,20 @@ void TestProviders::panesAreUsedByMouseAndKeys()
     QTest::keyClicks(seed, QStringLiteral("42"));
     QTest::keyClick(seed, Qt::Key_Return);
     QCOMPARE(plant.clock()->seed(), 42U);
+
+    // A pane may go while a cell is being edited.
+    line = editCell<QLineEdit>(pane, 0, TagTable::NameColumn);
+    QVERIFY(line);
+    QTest::keyClicks(line, QStringLiteral("half"));
 }
 
 void TestProviders::alarmPaneActsAndEdits()
 {
     Plant plant;
     plant.addDefaults();
+    Window window;
     AlarmsPane pane(&plant);
-    pane.resize(800, 300);
-    pane.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&pane));
+    QVERIFY(window.shows(pane, QSize(800, 300)));
     QSignalSpy edits(&plant, &Providers::edited);
     const QString name = QStringLiteral("levelHigh");
     QCOMPARE(pane.currentName(), name);
@@ -793,6 +812,7 @@ void TestProviders::alarmPaneActsAndEdits()
     QVERIFY(!plant.alarms()
                  ->definition(QStringLiteral("high"))
                  .backgroundColors.contains(AlarmInfo::StateTriggeredNotAcknowledged));
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support propagateSizeHints()");
     QTest::keyClick(swatch, Qt::Key_Space);
     auto *dialog = swatch->findChild<QDialog *>(QStringLiteral("colorDialog"));
     QVERIFY(dialog && dialog->isVisible() && !dialog->isModal());
@@ -805,25 +825,30 @@ void TestProviders::alarmPaneActsAndEdits()
     QVERIFY(plant.alarms()->remove(QStringLiteral("high")));
     QTest::keyClick(line, Qt::Key_Return);
     QVERIFY(!plant.alarms()->contains(QStringLiteral("high")));
+    // The pane may go while something is typed.
+    pane.setCurrentName(QStringLiteral("pumpFault"));
+    line->setFocus();
+    QTest::keyClicks(line, QStringLiteral("half"));
 }
 
 void TestProviders::everyControlHasAName()
 {
+    QApplication::setFont(QFont(QStringLiteral("Roboto"), 9));
     Plant plant;
     plant.addDefaults();
+    Window window;
     TagsPane tags(&plant);
     TrendsPane trends(&plant);
     AlarmsPane alarms(&plant);
     click(alarms, "alarmsDetails");
     for (ProviderPane *pane : QVector<ProviderPane *>{&tags, &trends, &alarms}) {
-        pane->resize(500, 180);
-        pane->show();
-        QVERIFY(QTest::qWaitForWindowExposed(pane));
+        QVERIFY(window.shows(*pane, QSize(500, 180)));
         QVERIFY2(pane->minimumSizeHint().width() <= 500, QByteArray::number(pane->minimumSizeHint().width()));
         const QList<QWidget *> controls = pane->findChildren<QWidget *>();
         for (QWidget *control : controls) {
             const bool isInner = control->objectName().startsWith(QLatin1String("qt_"));
-            if (control->focusPolicy() == Qt::NoFocus || isInner || control->focusProxy()) {
+            if (control->focusPolicy() == Qt::NoFocus || isInner || control->focusProxy()
+                || control->window() != &window) { // the lists of combo boxes
                 continue;
             }
             const QByteArray who = control->objectName().toUtf8() + control->metaObject()->className();

@@ -88,6 +88,11 @@ WidgetLibraryPluginTestWidgetPrivate::WidgetLibraryPluginTestWidgetPrivate(
     owner->setStatusBar(statusLine);
     actions.fill(owner->menuBar());
     panes.fill(owner->menuBar()->findChild<QMenu *>(QStringLiteral("viewMenu")));
+    for (const char *const name : {"openPlugin", "reload"}) {
+        card->addButton(actions[name]);
+    }
+    changeTimer.setSingleShot(true);
+    QObject::connect(&changeTimer, &QTimer::timeout, owner, [this] { updateActions(); });
     connectActions();
     connectPageActions();
     connectWidgetActions();
@@ -101,10 +106,7 @@ WidgetLibraryPluginTestWidgetPrivate::WidgetLibraryPluginTestWidgetPrivate(
 
 WidgetLibraryPluginTestWidgetPrivate::~WidgetLibraryPluginTestWidgetPrivate()
 {
-    // What shows the document goes before it, and the document before the plugin.
-    delete canvas;
-    panes.dropDocument();
-    document.reset();
+    dropDocument();
     loader.unload();
 }
 
@@ -181,10 +183,6 @@ void WidgetLibraryPluginTestWidgetPrivate::showLoadFailure(const QString &plugin
 
 void WidgetLibraryPluginTestWidgetPrivate::placeFirstWidget()
 {
-    // Undoing the first edit of the plant must not take away what it begins with: load() knows of it.
-    document->providers()->addDefaults();
-    QStringList dropped;
-    document->load(document->toScenario(), dropped);
     const QMap<QString, WidgetMetaInformation> latest =
         document->plugin()->metaInformation()->widgetsLatestVersion();
     auto first = std::find_if(latest.begin(), latest.end(),
@@ -236,6 +234,11 @@ void WidgetLibraryPluginTestWidgetPrivate::findUnregistered()
 
 bool WidgetLibraryPluginTestWidget::openScenario(const QString &path)
 {
+    if (!d->document->plugin()) {
+        showBanner(BannerKind::Warning, tr("Open a plugin folder first: a scenario places its widgets"), {},
+                   QStringLiteral("scenario"));
+        return false;
+    }
     Scenario scenario;
     QStringList problems;
     if (!Scenario::load(path, scenario, problems)) {

@@ -3,6 +3,7 @@
 
 #include <QtCore/QMap>
 #include <QtCore/QPointer>
+#include <QtCore/QTimer>
 #include <QtCore/QVariant>
 #include <QtWidgets/QStackedWidget>
 
@@ -53,6 +54,7 @@ public:
     // The window ------------------------------------------------------------------------------------------------
 
     void setDocument(std::unique_ptr<BenchDocument> newDocument);
+    void dropDocument();
     void fillPanes();
     void connectDocument();
     void connectCanvas();
@@ -106,6 +108,7 @@ public:
     QString buildTime;
     QString scenarioPath;
     bool isStopped = false;
+    QTimer changeTimer;
 
     // The owner's children.
     BenchActions actions;

@@ -1,40 +1,28 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <kora/dev/canvas/canvasview.h>
 
-#include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
 #include <QtCore/QMetaEnum>
 #include <QtCore/QMimeData>
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QScrollBar>
 #include <QtWidgets/QStyleOptionGraphicsItem>
 #include <QtWidgets/QToolTip>
 
 #include <algorithm>
-#include <cmath>
 
-#include <kora/core/widgetlibrarypluginmetainformation.h>
 #include <kora/dev/canvas/pagepainter.h>
 #include <kora/dev/canvas/studiotool.h>
 #include <kora/dev/canvas/touchemulator.h>
 #include <kora/dev/canvas/widgetcard.h>
 #include <kora/dev/model/benchdocument.h>
 #include <kora/dev/model/plugincall.h>
-#include <kora/loader/plugindata.h>
 
 namespace KORA {
 namespace DEV {
 
 namespace {
 
-constexpr double zoomSteps[] = {0.1, 0.25, 0.33, 0.5, 0.67, 0.75, 1, 1.25, 1.5, 2, 3, 4, 8, 16};
-constexpr double zoomPerNotch = 1.25;
 constexpr double pixelGridZoom = 8;
-constexpr qreal fitMargin = 24;
-constexpr qreal wheelNotch = 120;
-constexpr qreal scrollPerNotch = 60;
-const QSizeF fallbackSize(120, 80); // what a widget without a default size is placed at
 
 bool isInput(QEvent::Type type)
 {
@@ -78,6 +66,12 @@ bool isWorthRecording(QEvent::Type type)
     }
 }
 
+// An item may put others on the page.
+QString nameOf(const PlacedWidget *widget)
+{
+    return widget ? widget->name() : QStringLiteral("page");
+}
+
 QString eventName(QEvent::Type type)
 {
     return QString::fromLatin1(QMetaEnum::fromType<QEvent::Type>().valueToKey(type));
@@ -102,12 +96,24 @@ QPointF eventPosition(const QEvent &event, const QPointF &otherwise)
     }
 }
 
+// Of a modifier key itself, its events tell the keys that were held before.
+Qt::KeyboardModifiers modifiersAfter(const QKeyEvent &event)
+{
+    const Qt::KeyboardModifier own = event.key() == Qt::Key_Alt       ? Qt::AltModifier
+                                     : event.key() == Qt::Key_Shift   ? Qt::ShiftModifier
+                                     : event.key() == Qt::Key_Control ? Qt::ControlModifier
+                                                                      : Qt::NoModifier;
+    Qt::KeyboardModifiers modifiers = event.modifiers();
+    return modifiers.setFlag(own, event.type() == QEvent::KeyPress);
+}
+
 } // namespace
 
 CanvasView::CanvasView(BenchDocument *document, QWidget *parent)
     : QGraphicsView(document->scene(), parent)
     , m_document(document)
     , m_edits(document)
+    , m_navigation(new PageNavigation(document, this))
     , m_studio(new StudioTool(document, this))
     , m_touch(new TouchEmulator(viewport()))
 {
@@ -125,14 +131,7 @@ CanvasView::CanvasView(BenchDocument *document, QWidget *parent)
     viewport()->setMouseTracking(true);
     viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
 
-    m_overlayTimer.setSingleShot(true);
-    m_overlayTimer.setInterval(0);
-    connect(&m_overlayTimer, &QTimer::timeout, this, &CanvasView::updateOverlay);
-    connect(m_studio, &StudioTool::overlayChanged, this, &CanvasView::updateOverlay);
-    connect(m_studio, &StudioTool::message, this, &CanvasView::message);
-    connect(m_studio, &StudioTool::activated, this, &CanvasView::activated);
-    connect(m_touch, &TouchEmulator::fingersMoved, this, &CanvasView::updateOverlay);
-    connect(&m_edits, &SelectionEdits::message, this, &CanvasView::message);
+    connectTools();
     connectDocument();
     applyMode();
 }
@@ -144,6 +143,19 @@ CanvasView::~CanvasView()
     m_studio->disconnect(this);
 }
 
+void CanvasView::connectTools()
+{
+    m_overlayTimer.setSingleShot(true);
+    m_overlayTimer.setInterval(0);
+    connect(&m_overlayTimer, &QTimer::timeout, this, &CanvasView::updateOverlay);
+    connect(m_navigation, &PageNavigation::zoomChanged, this, &CanvasView::zoomChanged);
+    connect(m_studio, &StudioTool::overlayChanged, this, &CanvasView::updateOverlay);
+    connect(m_studio, &StudioTool::message, this, &CanvasView::message);
+    connect(m_studio, &StudioTool::activated, this, &CanvasView::activated);
+    connect(m_touch, &TouchEmulator::fingersMoved, this, &CanvasView::updateOverlay);
+    connect(&m_edits, &SelectionEdits::message, this, &CanvasView::message);
+}
+
 void CanvasView::connectDocument()
 {
     connect(m_document, &BenchDocument::widgetAdded, this, &CanvasView::watch);
@@ -152,8 +164,7 @@ void CanvasView::connectDocument()
     connect(m_document, &BenchDocument::modeChanged, this, &CanvasView::applyMode);
     connect(m_document, &BenchDocument::loaded, this, &CanvasView::applyMode);
     connect(m_document, &BenchDocument::pageChanged, this, [this] {
-        updateSceneRect();
-        applyFit();
+        m_navigation->adapt();
         viewport()->update();
     });
     for (PlacedWidget *widget : m_document->widgets()) {
@@ -176,11 +187,11 @@ bool CanvasView::isStudio() const
 void CanvasView::applyMode()
 {
     cancelGesture();
-    m_isPanning = m_spaceIsDown = false;
+    m_navigation->endPan();
+    m_spaceIsDown = false;
     setInteractive(!isStudio());
-    setFocusPolicy(Qt::StrongFocus);
     m_touch->setHovering(emulatesTouch() && viewport()->underMouse());
-    updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+    updateCursor(mousePosition());
     viewport()->update();
 }
 
@@ -189,7 +200,11 @@ void CanvasView::setTouchEmulation(bool isOn)
     m_touch->cancel();
     m_touchIsEmulated = isOn;
     m_touch->setHovering(emulatesTouch() && viewport()->underMouse());
-    updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+    updateCursor(mousePosition());
+    if (emulatesTouch()) {
+        emit message(tr("The left button is a finger. Alt or the right button: a second one, mirrored; with "
+                        "Shift parallel; with Ctrl a third"));
+    }
 }
 
 void CanvasView::cancelGesture()
@@ -200,119 +215,10 @@ void CanvasView::cancelGesture()
 
 // View -----------------------------------------------------------------------------------------------------
 
-void CanvasView::setZoom(double zoom, const QPointF &anchor)
-{
-    const double wanted = qBound(smallestZoom, zoom, largestZoom);
-    const QPointF point = viewportTransform().inverted().map(anchor);
-    const bool isOther = !qFuzzyCompare(wanted, this->zoom());
-    m_fit = m_isFitting ? m_fit : Fit::None;
-    setTransform(QTransform::fromScale(wanted, wanted));
-    updateSceneRect();
-    scrollBy(viewportTransform().map(point) - anchor);
-    viewport()->update();
-    if (isOther) {
-        Q_EMIT zoomChanged(wanted);
-    }
-}
-
-void CanvasView::setZoom(double zoom)
-{
-    setZoom(zoom, QRectF(viewport()->rect()).center());
-}
-
-void CanvasView::zoomIn()
-{
-    constexpr double sameStep = 1.001;
-    const auto *next = std::upper_bound(std::cbegin(zoomSteps), std::cend(zoomSteps), zoom() * sameStep);
-    setZoom(next == std::cend(zoomSteps) ? largestZoom : *next);
-}
-
-void CanvasView::zoomOut()
-{
-    constexpr double sameStep = 0.999;
-    const auto *next = std::lower_bound(std::cbegin(zoomSteps), std::cend(zoomSteps), zoom() * sameStep);
-    setZoom(next == std::cbegin(zoomSteps) ? smallestZoom : *(next - 1));
-}
-
-void CanvasView::fitPage()
-{
-    m_fit = Fit::Page;
-    applyFit();
-}
-
-void CanvasView::fitSelection()
-{
-    QRectF rect;
-    for (const PlacedWidget *widget : m_document->selection()) {
-        rect |= widget->geometry();
-    }
-    if (rect.isEmpty()) {
-        fitPage();
-    } else {
-        m_fit = Fit::None;
-        showRect(rect);
-    }
-}
-
-void CanvasView::applyFit()
-{
-    if (m_fit == Fit::Page) {
-        m_isFitting = true;
-        showRect(QRectF(QPointF(), m_document->page().size));
-        m_isFitting = false;
-    }
-}
-
-void CanvasView::showRect(const QRectF &rect)
-{
-    const QRectF room = QRectF(viewport()->rect()).adjusted(fitMargin, fitMargin, -fitMargin, -fitMargin);
-    if (room.isEmpty()) {
-        return;
-    }
-    setZoom(std::min(room.width() / rect.width(), room.height() / rect.height()));
-    scrollBy(viewportTransform().map(rect.center()) - QRectF(viewport()->rect()).center());
-}
-
-/// Leaves room round the page, so that every point of it can be brought to every point of the view.
-void CanvasView::updateSceneRect()
-{
-    const QSizeF room = QSizeF(viewport()->size()) / zoom();
-    setSceneRect(QRectF(QPointF(), m_document->page().size)
-                     .adjusted(-room.width(), -room.height(), room.width(), room.height()));
-}
-
-void CanvasView::scrollBy(const QPointF &delta)
-{
-    horizontalScrollBar()->setValue(horizontalScrollBar()->value() + qRound(delta.x()));
-    verticalScrollBar()->setValue(verticalScrollBar()->value() + qRound(delta.y()));
-}
-
-QJsonObject CanvasView::viewState() const
-{
-    const QPointF centre = viewportTransform().inverted().map(QRectF(viewport()->rect()).center());
-    QJsonObject state{{QStringLiteral("fit"), m_fit == Fit::Page}};
-    state.insert(QStringLiteral("zoom"), zoom());
-    state.insert(QStringLiteral("centre"), QJsonArray{centre.x(), centre.y()});
-    return state;
-}
-
-void CanvasView::setViewState(const QJsonObject &state)
-{
-    if (state.value(QStringLiteral("fit")).toBool(true)) {
-        fitPage();
-        return;
-    }
-    const QJsonArray centre = state.value(QStringLiteral("centre")).toArray();
-    const QPointF point(centre.at(0).toDouble(), centre.at(1).toDouble());
-    setZoom(state.value(QStringLiteral("zoom")).toDouble(1));
-    scrollBy(viewportTransform().map(point) - QRectF(viewport()->rect()).center());
-}
-
 void CanvasView::resizeEvent(QResizeEvent *event)
 {
     QGraphicsView::resizeEvent(event);
-    updateSceneRect();
-    applyFit();
+    m_navigation->adapt();
 }
 
 void CanvasView::scrollContentsBy(int dx, int dy)
@@ -324,23 +230,15 @@ void CanvasView::scrollContentsBy(int dx, int dy)
 
 void CanvasView::wheelEvent(QWheelEvent *event)
 {
-    const QPointF angle = event->angleDelta();
     if (event->modifiers().testFlag(Qt::ControlModifier)) {
-        setZoom(zoom() * std::pow(zoomPerNotch, angle.y() / wheelNotch), event->position());
-        event->accept();
-        return;
-    }
-    if (!isStudio()) {
+        m_navigation->zoomByWheel(*event);
+    } else if (isStudio()) {
+        m_navigation->scrollByWheel(*event);
+    } else {
+        event->ignore();
         QGraphicsView::wheelEvent(event);
         return;
     }
-    QPointF delta =
-        event->pixelDelta().isNull() ? angle / wheelNotch * scrollPerNotch : QPointF(event->pixelDelta());
-    if (event->modifiers().testFlag(Qt::ShiftModifier) && delta.x() == 0) {
-        delta = {delta.y(), 0};
-    }
-    m_fit = Fit::None;
-    scrollBy(-delta);
     event->accept();
 }
 
@@ -349,17 +247,20 @@ bool CanvasView::panPress(const QMouseEvent &event)
     const bool isPan =
         event.button() == Qt::MiddleButton || (event.button() == Qt::LeftButton && m_spaceIsDown);
     if (isPan) {
-        m_isPanning = true;
-        m_fit = Fit::None;
-        m_panPosition = event.localPos();
+        m_navigation->startPan(event);
         updateCursor(event.localPos());
     }
     return isPan;
 }
 
+QPointF CanvasView::mousePosition() const
+{
+    return viewport()->mapFromGlobal(QCursor::pos());
+}
+
 void CanvasView::updateCursor(const QPointF &position)
 {
-    if (m_isPanning) {
+    if (m_navigation->isPanning()) {
         viewport()->setCursor(Qt::ClosedHandCursor);
     } else if (m_spaceIsDown) {
         viewport()->setCursor(Qt::OpenHandCursor);
@@ -406,9 +307,8 @@ void CanvasView::selectUnderMouse(const QMouseEvent &event)
 
 void CanvasView::mouseMoveEvent(QMouseEvent *event)
 {
-    if (m_isPanning) {
-        scrollBy(m_panPosition - event->localPos());
-        m_panPosition = event->localPos();
+    if (m_navigation->isPanning()) {
+        m_navigation->pan(*event);
         return;
     }
     if (isStudio()) {
@@ -425,8 +325,8 @@ void CanvasView::mouseMoveEvent(QMouseEvent *event)
 
 void CanvasView::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (m_isPanning) {
-        m_isPanning = (event->buttons() & (Qt::MiddleButton | Qt::LeftButton)) != 0;
+    if (m_navigation->isPanning()) {
+        m_navigation->endPan();
         updateCursor(event->localPos());
         return;
     }
@@ -455,7 +355,7 @@ void CanvasView::mouseDoubleClickEvent(QMouseEvent *event)
     }
     PlacedWidget *widget = m_studio->widgetAt(event->localPos());
     if (widget && !widget->item()) {
-        Q_EMIT activated(widget);
+        emit activated(widget);
     } else if (!m_touchIsEmulated || !m_touch->mousePress(*event)) { // a finger knows no double-click
         QGraphicsView::mouseDoubleClickEvent(event);
     }
@@ -479,7 +379,7 @@ void CanvasView::contextMenuEvent(QContextMenuEvent *event)
                                 ? viewport()->mapToGlobal(toViewport(widget->geometry()).center().toPoint())
                                 : event->globalPos();
     event->accept();
-    Q_EMIT contextMenuRequested(widget, position);
+    emit contextMenuRequested(widget, position);
 }
 
 // Events ---------------------------------------------------------------------------------------------------
@@ -503,7 +403,7 @@ bool CanvasView::viewportEvent(QEvent *event)
     case QEvent::Enter:
     case QEvent::Leave:
         m_touch->setHovering(emulatesTouch() && event->type() == QEvent::Enter);
-        updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+        updateCursor(mousePosition());
         break;
     case QEvent::ToolTip:
         showToolTip(*static_cast<QHelpEvent *>(event));
@@ -530,25 +430,44 @@ bool CanvasView::viewportEvent(QEvent *event)
 bool CanvasView::runtimeEvent(QEvent *event)
 {
     const PlacedWidget *widget = receiver(*event);
-    if (!widget) {
+    const bool isRecorded = widget && isWorthRecording(event->type());
+    PluginCall call(isRecorded ? m_document->activity() : nullptr, ActivityEntry::Event, nameOf(widget),
+                    eventName(event->type()));
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        QGraphicsView::keyPressEvent(static_cast<QKeyEvent *>(event));
+        return true;
+    case QEvent::KeyRelease:
+        QGraphicsView::keyReleaseEvent(static_cast<QKeyEvent *>(event));
+        return true;
+    case QEvent::FocusIn:
+        QGraphicsView::focusInEvent(static_cast<QFocusEvent *>(event));
+        return true;
+    case QEvent::FocusOut:
+        QGraphicsView::focusOutEvent(static_cast<QFocusEvent *>(event));
+        return true;
+    default:
         return QGraphicsView::viewportEvent(event);
     }
-    PluginCall call(isWorthRecording(event->type()) ? m_document->activity() : nullptr, ActivityEntry::Event,
-                    widget->name(), eventName(event->type()));
-    return QGraphicsView::viewportEvent(event);
 }
 
 /// Whose code an event will most likely run.
 PlacedWidget *CanvasView::receiver(const QEvent &event) const
 {
-    if (event.type() == QEvent::KeyPress || event.type() == QEvent::KeyRelease) {
+    switch (event.type()) {
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::FocusIn:
+    case QEvent::FocusOut:
         return m_document->widgetOfItem(scene()->focusItem());
+    default:
+        break;
     }
     if (PlacedWidget *grabber = m_document->widgetOfItem(scene()->mouseGrabberItem())) {
         return grabber;
     }
     // By geometry: to ask the items what is there would run their code.
-    return m_studio->widgetAt(eventPosition(event, viewport()->mapFromGlobal(QCursor::pos())));
+    return m_studio->widgetAt(eventPosition(event, mousePosition()));
 }
 
 void CanvasView::showToolTip(const QHelpEvent &event)
@@ -570,14 +489,18 @@ void CanvasView::changeEvent(QEvent *event)
     }
 }
 
+// In studio mode past QGraphicsView, which tells the scene.
+// NOLINTBEGIN(bugprone-parent-virtual-call)
+
 void CanvasView::focusInEvent(QFocusEvent *event)
 {
     if (isStudio()) {
         QAbstractScrollArea::focusInEvent(event);
     } else {
-        QGraphicsView::focusInEvent(event);
+        runtimeEvent(event);
     }
     event->accept();
+    viewport()->update();
 }
 
 void CanvasView::focusOutEvent(QFocusEvent *event)
@@ -589,8 +512,9 @@ void CanvasView::focusOutEvent(QFocusEvent *event)
     if (isStudio()) {
         QAbstractScrollArea::focusOutEvent(event);
     } else {
-        QGraphicsView::focusOutEvent(event);
+        runtimeEvent(event);
     }
+    viewport()->update();
 }
 
 bool CanvasView::focusNextPrevChild(bool next)
@@ -598,6 +522,8 @@ bool CanvasView::focusNextPrevChild(bool next)
     return isStudio() ? QAbstractScrollArea::focusNextPrevChild(next)
                       : QGraphicsView::focusNextPrevChild(next);
 }
+
+// NOLINTEND(bugprone-parent-virtual-call)
 
 // Keys -----------------------------------------------------------------------------------------------------
 
@@ -620,25 +546,22 @@ bool CanvasView::keepsKey(const QKeyEvent &event) const
 void CanvasView::keyPressEvent(QKeyEvent *event)
 {
     if (isStudio()) {
-        event->setAccepted(studioKeyPress(*event));
+        if (!studioKeyPress(*event)) {
+            // Scrolls.
+            QAbstractScrollArea::keyPressEvent(event); // NOLINT(bugprone-parent-virtual-call)
+        }
         return;
     }
     if (m_touchIsEmulated) {
-        m_touch->setModifiers(QApplication::queryKeyboardModifiers() | event->modifiers());
+        m_touch->setModifiers(modifiersAfter(*event));
     }
-    if (const PlacedWidget *widget = receiver(*event)) {
-        PluginCall call(m_document->activity(), ActivityEntry::Event, widget->name(),
-                        eventName(event->type()));
-        QGraphicsView::keyPressEvent(event);
-    } else {
-        QGraphicsView::keyPressEvent(event);
-    }
+    runtimeEvent(event);
 }
 
 bool CanvasView::studioKeyPress(const QKeyEvent &event)
 {
     if (m_studio->isActive()) {
-        m_studio->setModifiers(event.modifiers());
+        m_studio->setModifiers(modifiersAfter(event));
     }
     switch (event.key()) {
     case Qt::Key_Escape:
@@ -647,11 +570,11 @@ bool CanvasView::studioKeyPress(const QKeyEvent &event)
         } else {
             m_document->setSelection({});
         }
-        updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+        updateCursor(mousePosition());
         return true;
     case Qt::Key_Space:
         m_spaceIsDown = true;
-        updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+        updateCursor(mousePosition());
         return true;
     default:
         // In the middle of a drag its widgets are not edited otherwise.
@@ -663,41 +586,26 @@ void CanvasView::keyReleaseEvent(QKeyEvent *event)
 {
     if (!isStudio()) {
         if (m_touchIsEmulated) {
-            m_touch->setModifiers(event->modifiers());
+            m_touch->setModifiers(modifiersAfter(*event));
         }
-        QGraphicsView::keyReleaseEvent(event);
+        runtimeEvent(event);
         return;
     }
     if (m_studio->isActive()) {
-        m_studio->setModifiers(event->modifiers());
+        m_studio->setModifiers(modifiersAfter(*event));
     }
     if (event->key() == Qt::Key_Space && !event->isAutoRepeat()) {
         m_spaceIsDown = false;
-        updateCursor(viewport()->mapFromGlobal(QCursor::pos()));
+        updateCursor(mousePosition());
     }
 }
 
 // Drop -----------------------------------------------------------------------------------------------------
 
-bool CanvasView::readDrop(const QMimeData &data, QString &widgetId, QString &version) const
-{
-    const QJsonObject widget = QJsonDocument::fromJson(data.data(widgetMimeType())).object();
-    widgetId = widget.value(QStringLiteral("widget")).toString();
-    version = widget.value(QStringLiteral("version")).toString();
-    return !widgetId.isEmpty() && !version.isEmpty();
-}
-
 /// Where the widget comes to lie: under the cursor, in line with the grid and its neighbours.
 QRectF CanvasView::dropRect(const QDropEvent &event) const
 {
-    QString id;
-    QString version;
-    QSizeF size;
-    if (readDrop(*event.mimeData(), id, version) && m_document->plugin()) {
-        size = m_document->plugin()->metaInformation()->widgets().value({id, version}).defaultSize();
-    }
-    QRectF rect(QPointF(), size.isEmpty() ? fallbackSize : size);
-    rect.moveCenter(viewportTransform().inverted().map(event.posF()));
+    QRectF rect = m_drop.rectAt(viewportTransform().inverted().map(event.posF()));
     if (!event.keyboardModifiers().testFlag(Qt::ControlModifier)) {
         rect.translate(m_studio->snapOffset(rect));
     }
@@ -715,6 +623,7 @@ void CanvasView::dragEnterEvent(QDragEnterEvent *event)
 {
     m_isWidgetDrag = event->mimeData()->hasFormat(widgetMimeType());
     if (m_isWidgetDrag) {
+        m_drop = WidgetDrop(*event->mimeData(), *m_document);
         event->acceptProposedAction();
     } else {
         QGraphicsView::dragEnterEvent(event);
@@ -747,14 +656,12 @@ void CanvasView::dropEvent(QDropEvent *event)
     }
     const QRectF rect = dropRect(*event);
     setDropRect({});
-    QString id;
-    QString version;
-    if (!readDrop(*event->mimeData(), id, version)) {
-        Q_EMIT message(tr("What was dropped names no widget and version"));
+    if (!m_drop.isValid()) {
+        emit message(tr("What was dropped names no widget and version"));
         return;
     }
     event->acceptProposedAction();
-    m_document->place(id, version, rect.center());
+    m_document->place(m_drop.widgetId(), m_drop.version(), rect.center());
     setFocus(Qt::MouseFocusReason);
 }
 
@@ -789,8 +696,7 @@ void CanvasView::drawItems(QPainter *painter, int numItems, QGraphicsItem *items
         }
         drawn = top;
         const PlacedWidget *widget = m_document->widgetOfItem(top);
-        PluginCall call(nullptr, ActivityEntry::Event, widget ? widget->name() : QString(),
-                        QStringLiteral("paint"));
+        PluginCall call(nullptr, ActivityEntry::Event, nameOf(widget), QStringLiteral("paint"));
         QGraphicsView::drawItems(painter, 1, items + i, options + i);
     }
 }
@@ -804,6 +710,11 @@ void CanvasView::paintEvent(QPaintEvent *event)
         m_studio->paint(painter);
     } else if (m_touchIsEmulated) {
         m_touch->paint(painter, palette());
+    }
+    if (hasFocus()) {
+        painter.setPen(palette().color(QPalette::Highlight));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
     }
     if (!m_dropRect.isEmpty()) {
         painter.setPen(QPen(palette().color(QPalette::Highlight), 1, Qt::DashLine));

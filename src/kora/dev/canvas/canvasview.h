@@ -5,10 +5,10 @@
 #include <QtCore/QTimer>
 #include <QtWidgets/QGraphicsView>
 
+#include <kora/dev/canvas/pagenavigation.h>
 #include <kora/dev/canvas/selectionedits.h>
+#include <kora/dev/canvas/widgetdrop.h>
 #include <kora/export.h>
-
-class QMimeData;
 
 namespace KORA {
 namespace DEV {
@@ -33,25 +33,25 @@ class KORA_EXPORT CanvasView : public QGraphicsView
     Q_OBJECT
 
 public:
-    static constexpr double smallestZoom = 0.1;
-    static constexpr double largestZoom = 16;
+    static constexpr double smallestZoom = PageNavigation::smallestZoom;
+    static constexpr double largestZoom = PageNavigation::largestZoom;
 
     /// Carries {"widget": id, "version": version} as JSON.
-    static QString widgetMimeType() { return QStringLiteral("application/x-kora-widget"); }
+    static QString widgetMimeType() { return WidgetDrop::mimeType(); }
 
     /// @p document is not owned and must outlive the view.
     explicit CanvasView(BenchDocument *document, QWidget *parent = nullptr);
     ~CanvasView() override;
 
     /// Pixels of the viewport per pixel of the page.
-    double zoom() const { return transform().m11(); }
+    double zoom() const { return m_navigation->zoom(); }
     /// What is under @p anchor, a point of the viewport, stays there. Zoom beyond the limits becomes the limit.
-    void setZoom(double zoom, const QPointF &anchor);
-    void setZoom(double zoom);
+    void setZoom(double zoom, const QPointF &anchor) { m_navigation->setZoom(zoom, anchor); }
+    void setZoom(double zoom) { m_navigation->setZoom(zoom); }
 
     /// Zoom and centre, for a session.
-    QJsonObject viewState() const;
-    void setViewState(const QJsonObject &state);
+    QJsonObject viewState() const { return m_navigation->state(); }
+    void setViewState(const QJsonObject &state) { m_navigation->setState(state); }
 
     bool touchEmulation() const { return m_touchIsEmulated; }
     /// Edits of the selection, for menus.
@@ -62,12 +62,12 @@ public:
 
 public Q_SLOTS:
     /// To the next of the usual steps between 10 % and 1600 %.
-    void zoomIn();
-    void zoomOut();
+    void zoomIn() { m_navigation->zoomIn(); }
+    void zoomOut() { m_navigation->zoomOut(); }
     /// Shows the whole page, also after the view is resized, until it is scrolled or zoomed.
-    void fitPage();
+    void fitPage() { m_navigation->fitPage(); }
     /// As fitPage() if nothing is selected.
-    void fitSelection();
+    void fitSelection() { m_navigation->fitSelection(); }
     /// In runtime mode, whether the mouse makes touch events.
     void setTouchEmulation(bool isOn);
     /// Of a drag or a touch: as if it had not been.
@@ -110,20 +110,15 @@ protected:
     void wheelEvent(QWheelEvent *event) override;
 
 private:
-    enum class Fit { None, Page };
-
+    void connectTools();
     void connectDocument();
     void watch(PlacedWidget *widget);
     void applyMode();
     bool isStudio() const;
     bool emulatesTouch() const { return m_touchIsEmulated && !isStudio(); }
 
-    // View
-    void updateSceneRect();
-    void scrollBy(const QPointF &delta);
-    void showRect(const QRectF &rect);
-    void applyFit();
     bool panPress(const QMouseEvent &event);
+    QPointF mousePosition() const;
     void updateCursor(const QPointF &position);
 
     // Input
@@ -136,7 +131,6 @@ private:
 
     // Drop
     QRectF dropRect(const QDropEvent &event) const;
-    bool readDrop(const QMimeData &data, QString &widgetId, QString &version) const;
     void setDropRect(const QRectF &rect);
 
     // Overlay
@@ -147,19 +141,17 @@ private:
 
     BenchDocument *m_document;
     SelectionEdits m_edits;
+    PageNavigation *m_navigation;
     StudioTool *m_studio;
     TouchEmulator *m_touch;
     QTimer m_overlayTimer;
     QRegion m_overlay; // as it was painted last
+    WidgetDrop m_drop;
     QRectF m_dropRect; // on the page
-    Fit m_fit = Fit::Page;
-    bool m_isFitting = false;
     bool m_touchIsEmulated = false;
     bool m_keepsNoKeys = false;
     bool m_spaceIsDown = false;
-    bool m_isPanning = false;
     bool m_isWidgetDrag = false;
-    QPointF m_panPosition;
 };
 
 } // namespace DEV

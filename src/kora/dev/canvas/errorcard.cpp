@@ -3,30 +3,43 @@
 
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
+#include <QtGui/QPainter>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QScrollArea>
-#include <QtWidgets/QStyle>
 
 #include <kora/dev/canvas/findingtext.h>
+#include <kora/dev/canvas/severitymark.h>
 
 namespace KORA {
 namespace DEV {
 
 namespace {
 
-QStyle::StandardPixmap severityIcon(Finding::Severity severity)
+constexpr int markSide = 24;
+
+QString severityName(Finding::Severity severity)
 {
     switch (severity) {
     case Finding::Warning:
-        return QStyle::SP_MessageBoxWarning;
+        return ErrorCard::tr("Warning");
     case Finding::Note:
-        return QStyle::SP_MessageBoxInformation;
+        return ErrorCard::tr("Note");
     default:
-        return QStyle::SP_MessageBoxCritical;
+        return ErrorCard::tr("Error");
     }
+}
+
+QPixmap severityPixmap(Finding::Severity severity, qreal pixelRatio)
+{
+    QPixmap pixmap(QSize(markSide, markSide) * pixelRatio);
+    pixmap.setDevicePixelRatio(pixelRatio);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    paintSeverityMark(painter, QRectF(1, 1, markSide - 2, markSide - 2), severity);
+    return pixmap;
 }
 
 } // namespace
@@ -46,6 +59,19 @@ ErrorCard::ErrorCard(QWidget *parent)
     m_titleLabel->setWordWrap(true);
     m_titleLabel->setTextFormat(Qt::PlainText);
 
+    auto *copyButton = new QPushButton(tr("Copy"));
+    copyButton->setObjectName(QStringLiteral("errorCardCopy"));
+    copyButton->setToolTip(tr("Copy the whole text"));
+    connect(copyButton, &QPushButton::clicked, this, &ErrorCard::copy);
+    m_buttonsLayout->addWidget(copyButton);
+    m_buttonsLayout->addStretch();
+    arrange();
+}
+
+void ErrorCard::arrange()
+{
+    constexpr int distance = 12;
+    constexpr int share = 20; // of the room; a margin has 1
     auto *findings = new QWidget;
     findings->setLayout(m_findingsLayout);
     m_findingsLayout->setContentsMargins(0, 0, 0, 0);
@@ -55,24 +81,17 @@ ErrorCard::ErrorCard(QWidget *parent)
     scroll->setWidget(findings);
     scroll->setAccessibleName(tr("Causes"));
 
-    auto *copyButton = new QPushButton(tr("Copy"));
-    copyButton->setObjectName(QStringLiteral("errorCardCopy"));
-    copyButton->setToolTip(tr("Copy the whole text"));
-    connect(copyButton, &QPushButton::clicked, this, &ErrorCard::copy);
-    m_buttonsLayout->addWidget(copyButton);
-    m_buttonsLayout->addStretch();
-
     auto *column = new QVBoxLayout;
     column->addStretch(1);
     column->addWidget(m_titleLabel);
-    column->addSpacing(12);
-    column->addWidget(scroll, 20);
-    column->addSpacing(12);
+    column->addSpacing(distance);
+    column->addWidget(scroll, share);
+    column->addSpacing(distance);
     column->addLayout(m_buttonsLayout);
     column->addStretch(1);
     auto *row = new QHBoxLayout(this);
     row->addStretch(1);
-    row->addLayout(column, 20);
+    row->addLayout(column, share);
     row->addStretch(1);
 }
 
@@ -119,8 +138,9 @@ void ErrorCard::addFinding(const Finding &finding)
     auto *layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 6, 0, 6);
     auto *icon = new QLabel;
-    const int side = style()->pixelMetric(QStyle::PM_LargeIconSize, nullptr, this);
-    icon->setPixmap(style()->standardIcon(severityIcon(finding.severity), nullptr, this).pixmap(side));
+    icon->setPixmap(severityPixmap(finding.severity, devicePixelRatioF()));
+    icon->setAccessibleName(severityName(finding.severity));
+    icon->setToolTip(severityName(finding.severity));
     layout->addWidget(icon, 0, Qt::AlignTop);
     layout->addSpacing(8);
     layout->addLayout(texts, 1);

@@ -32,6 +32,7 @@ public Q_SLOTS:
     void copy() const;
 
 private:
+    void arrange();
     void addFinding(const Finding &finding);
     QLabel *addLabel(const QString &text, QBoxLayout *layout);
 

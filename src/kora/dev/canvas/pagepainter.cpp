@@ -4,6 +4,7 @@
 #include <QtGui/QPainter>
 #include <QtGui/QPalette>
 
+#include <algorithm>
 #include <cmath>
 
 #include <kora/dev/model/scenario.h>
@@ -39,16 +40,17 @@ QColor lineColor(const PageState &page, int alpha)
     return color;
 }
 
-QVector<QLineF> lines(const QRectF &area, const QSizeF &page, qreal step)
+/// Not round the area, which is the page or a part of it.
+QVector<QLineF> lines(const QRectF &area, qreal step)
 {
     QVector<QLineF> result;
-    for (qreal x = std::max(step, std::floor(area.left() / step) * step);
-         x < std::min(page.width(), area.right() + step); x += step) {
-        result.append({x, area.top(), x, area.bottom()});
+    const auto firstLine = [step](qreal start) { return std::max(1, static_cast<int>(start / step)); };
+    const auto lastLine = [step](qreal end) { return static_cast<int>(std::ceil(end / step)); };
+    for (int i = firstLine(area.left()); i < lastLine(area.right() + 1); ++i) {
+        result.append({i * step, area.top(), i * step, area.bottom()});
     }
-    for (qreal y = std::max(step, std::floor(area.top() / step) * step);
-         y < std::min(page.height(), area.bottom() + step); y += step) {
-        result.append({area.left(), y, area.right(), y});
+    for (int i = firstLine(area.top()); i < lastLine(area.bottom() + 1); ++i) {
+        result.append({area.left(), i * step, area.right(), i * step});
     }
     return result;
 }
@@ -56,7 +58,7 @@ QVector<QLineF> lines(const QRectF &area, const QSizeF &page, qreal step)
 void paintGrid(QPainter &painter, const QRectF &area, const PageState &page, qreal step, int alpha)
 {
     painter.setPen(QPen(lineColor(page, alpha), 0));
-    painter.drawLines(lines(area, page.size, step));
+    painter.drawLines(lines(area, step));
 }
 
 } // namespace
@@ -71,7 +73,12 @@ void paintPage(QPainter &painter, const QRectF &exposed, const PageState &page, 
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.fillRect(exposed, palette.color(QPalette::Window).darker(deskShade));
-    painter.fillRect(visible, page.background.isValid() ? QBrush(page.background) : checkerboard(zoom));
+    if (page.background.alpha() < 255 || !page.background.isValid()) {
+        painter.fillRect(visible, checkerboard(zoom));
+    }
+    if (page.background.isValid()) {
+        painter.fillRect(visible, page.background);
+    }
     if (page.gridIsShown) {
         qreal step = page.gridStep;
         while (step * zoom < leastGridPixels) {

@@ -59,45 +59,35 @@ bool SelectionEdits::keyPress(const QKeyEvent &event)
 {
     static const struct
     {
-        QKeySequence::StandardKey key;
+        QKeySequence keys;
         void (SelectionEdits::*edit)();
-    } standardEdits[] = {
-        {QKeySequence::SelectAll, &SelectionEdits::selectAll}, {QKeySequence::Cut, &SelectionEdits::cut},
-        {QKeySequence::Copy, &SelectionEdits::copy},           {QKeySequence::Paste, &SelectionEdits::paste},
-        {QKeySequence::Delete, &SelectionEdits::remove},
+    } shortcuts[] = {
+        {QKeySequence(QStringLiteral("Ctrl+A")), &SelectionEdits::selectAll},
+        {QKeySequence(QStringLiteral("Ctrl+D")), &SelectionEdits::duplicate},
+        {QKeySequence(QStringLiteral("Ctrl+X")), &SelectionEdits::cut},
+        {QKeySequence(QStringLiteral("Ctrl+C")), &SelectionEdits::copy},
+        {QKeySequence(QStringLiteral("Ctrl+V")), &SelectionEdits::paste},
+        {QKeySequence(QStringLiteral("Ctrl+PgUp")), &SelectionEdits::bringForward},
+        {QKeySequence(QStringLiteral("Ctrl+PgDown")), &SelectionEdits::sendBackward},
+        {QKeySequence(QStringLiteral("Del")), &SelectionEdits::remove},
     };
-    for (const auto &standard : standardEdits) {
-        if (event.matches(standard.key)) {
-            (this->*standard.edit)();
+    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
+    const QKeySequence keys(event.key() | static_cast<int>(modifiers));
+    for (const auto &shortcut : shortcuts) {
+        if (shortcut.keys == keys) {
+            (this->*shortcut.edit)();
             return true;
         }
     }
-    if (nudgeKeyPress(event)) {
-        return true;
-    }
-    if ((event.modifiers() & ~Qt::KeypadModifier) != Qt::ControlModifier) {
-        return false;
-    }
-    switch (event.key()) {
-    case Qt::Key_D:
-        duplicate();
-        return true;
-    case Qt::Key_PageUp:
-        bringForward();
-        return true;
-    case Qt::Key_PageDown:
-        sendBackward();
-        return true;
-    default:
-        return false;
-    }
+    return nudgeKeyPress(event);
 }
 
 bool SelectionEdits::nudgeKeyPress(const QKeyEvent &event)
 {
     const QPoint direction = arrowDirection(event.key());
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
-    if (direction.isNull() || modifiers & ~(Qt::ShiftModifier | Qt::ControlModifier)) {
+    const bool isForSelection = !direction.isNull() && m_document->current();
+    if (!isForSelection || modifiers & ~(Qt::ShiftModifier | Qt::ControlModifier)) {
         return false;
     }
     const QPoint by = direction * (modifiers.testFlag(Qt::ShiftModifier) ? coarseStep : 1);
@@ -118,7 +108,7 @@ QVector<PlacedWidget *> SelectionEdits::movableWidgets()
         }
     }
     if (widgets.isEmpty() && m_document->current()) {
-        Q_EMIT message(tr("%1 is locked").arg(m_document->current()->name()));
+        emit message(tr("%1 is locked").arg(m_document->current()->name()));
     }
     return widgets;
 }
@@ -208,7 +198,7 @@ void SelectionEdits::copy()
     }
     QGuiApplication::clipboard()->setText(
         QString::fromUtf8(QJsonDocument(scenario.toJson()).toJson(QJsonDocument::Indented)));
-    Q_EMIT message(tr("%n widget(s) copied", nullptr, scenario.widgets.size()));
+    emit message(tr("%n widget(s) copied", nullptr, scenario.widgets.size()));
 }
 
 void SelectionEdits::paste()
@@ -220,11 +210,11 @@ void SelectionEdits::paste()
     if (!document.isObject() || !Scenario::fromJson(document.object(), scenario, problems)
         || scenario.widgets.isEmpty()) {
         const QString reason = problems.isEmpty() ? QString() : QStringLiteral(": ") + problems.constFirst();
-        Q_EMIT message(tr("The clipboard holds no widgets") + reason);
+        emit message(tr("The clipboard holds no widgets") + reason);
         return;
     }
     if (scenario.pluginId != m_document->toScenario().pluginId) {
-        Q_EMIT message(tr("The widgets in the clipboard are of another library: %1").arg(scenario.pluginId));
+        emit message(tr("The widgets in the clipboard are of another library: %1").arg(scenario.pluginId));
         return;
     }
     ++m_pasteCount;

@@ -14,9 +14,21 @@ namespace {
 // Centres of odd sizes lie between two pixels.
 constexpr qreal sameLine = 0.51;
 
-QVector<qreal> lineUps(qreal start, qreal length)
+/// Where an object can be in line: both edges and the centre, or those edges that are named.
+QVector<qreal> lineUps(qreal start, qreal end, Qt::Edge startEdge = Qt::LeftEdge,
+                       Qt::Edge endEdge = Qt::RightEdge, Qt::Edges edges = {})
 {
-    return {start, start + length / 2, start + length};
+    if (!edges) {
+        return {start, (start + end) / 2, end};
+    }
+    QVector<qreal> result;
+    if (edges.testFlag(startEdge)) {
+        result.append(start);
+    }
+    if (edges.testFlag(endEdge)) {
+        result.append(end);
+    }
+    return result;
 }
 
 } // namespace
@@ -32,10 +44,10 @@ Snapper::Snapper(const PageState &page, const QVector<QRectF> &neighbours)
 
 void Snapper::addLines(const QRectF &rect)
 {
-    for (const qreal x : lineUps(rect.x(), rect.width())) {
+    for (const qreal x : lineUps(rect.left(), rect.right())) {
         m_vertical.append({x, rect.top(), rect.bottom()});
     }
-    for (const qreal y : lineUps(rect.y(), rect.height())) {
+    for (const qreal y : lineUps(rect.top(), rect.bottom())) {
         m_horizontal.append({y, rect.left(), rect.right()});
     }
 }
@@ -64,8 +76,8 @@ qreal Snapper::offset(const Lines &lines, const QVector<qreal> &positions, qreal
 
 QPointF Snapper::offsetOfObject(const QRectF &object, qreal tolerance) const
 {
-    return {offset(m_vertical, lineUps(object.x(), object.width()), object.x(), tolerance),
-            offset(m_horizontal, lineUps(object.y(), object.height()), object.y(), tolerance)};
+    return {offset(m_vertical, lineUps(object.left(), object.right()), object.x(), tolerance),
+            offset(m_horizontal, lineUps(object.top(), object.bottom()), object.y(), tolerance)};
 }
 
 QPointF Snapper::offsetOfEdges(const QRectF &object, Qt::Edges edges, qreal tolerance) const
@@ -82,30 +94,34 @@ QPointF Snapper::offsetOfEdges(const QRectF &object, Qt::Edges edges, qreal tole
     return result;
 }
 
-QVector<Guide> Snapper::guides(const QRectF &object) const
+QVector<Guide> Snapper::guides(const QRectF &object, Qt::Edges edges) const
 {
     QVector<Guide> result;
-    const auto add = [&result](Qt::Orientation orientation, const Lines &lines,
-                               const QVector<qreal> &positions, qreal from, qreal to) {
-        for (const qreal position : positions) {
-            Guide guide{orientation, 0, from, to};
-            bool isInLine = false;
-            for (const Line &line : lines) {
-                if (std::abs(line.position - position) < sameLine) {
-                    guide.position = line.position;
-                    guide.from = std::min(guide.from, line.from);
-                    guide.to = std::max(guide.to, line.to);
-                    isInLine = true;
-                }
-            }
-            if (isInLine) {
-                result.append(guide);
-            }
-        }
-    };
-    add(Qt::Vertical, m_vertical, lineUps(object.x(), object.width()), object.top(), object.bottom());
-    add(Qt::Horizontal, m_horizontal, lineUps(object.y(), object.height()), object.left(), object.right());
+    for (const qreal x : lineUps(object.left(), object.right(), Qt::LeftEdge, Qt::RightEdge, edges)) {
+        addGuide(result, {Qt::Vertical, x, object.top(), object.bottom()}, m_vertical);
+    }
+    for (const qreal y : lineUps(object.top(), object.bottom(), Qt::TopEdge, Qt::BottomEdge, edges)) {
+        addGuide(result, {Qt::Horizontal, y, object.left(), object.right()}, m_horizontal);
+    }
     return result;
+}
+
+/// Adds @p guide, as long as all that it is in line with; not if that is nothing.
+void Snapper::addGuide(QVector<Guide> &guides, Guide guide, const Lines &lines)
+{
+    const qreal position = guide.position;
+    bool isInLine = false;
+    for (const Line &line : lines) {
+        if (std::abs(line.position - position) < sameLine) {
+            guide.position = line.position;
+            guide.from = std::min(guide.from, line.from);
+            guide.to = std::max(guide.to, line.to);
+            isInLine = true;
+        }
+    }
+    if (isInLine) {
+        guides.append(guide);
+    }
 }
 
 } // namespace DEV

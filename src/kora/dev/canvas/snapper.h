@@ -33,8 +33,8 @@ public:
     QPointF offsetOfObject(const QRectF &object, qreal tolerance) const;
     /// By how much to move those edges of an object that are dragged.
     QPointF offsetOfEdges(const QRectF &object, Qt::Edges edges, qreal tolerance) const;
-    /// The lines that the object is in line with, by its edges and centres.
-    QVector<Guide> guides(const QRectF &object) const;
+    /// The lines that the object is in line with, by its edges and centres, or by @p edges only.
+    QVector<Guide> guides(const QRectF &object, Qt::Edges edges = {}) const;
 
 private:
     struct Line
@@ -46,6 +46,7 @@ private:
     using Lines = QVector<Line>;
 
     void addLines(const QRectF &rect);
+    static void addGuide(QVector<Guide> &guides, Guide guide, const Lines &lines);
     qreal offset(const Lines &lines, const QVector<qreal> &positions, qreal gridded, qreal tolerance) const;
 
     Lines m_vertical;

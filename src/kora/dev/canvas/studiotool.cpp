@@ -166,7 +166,7 @@ void StudioTool::doubleClick(const QMouseEvent &event)
     if (handleAt(event.localPos())) {
         restoreDefaultSize(resizable());
     } else if (PlacedWidget *widget = widgetAt(event.localPos())) {
-        Q_EMIT activated(widget);
+        emit activated(widget);
     }
 }
 
@@ -174,7 +174,7 @@ void StudioTool::restoreDefaultSize(PlacedWidget *widget)
 {
     const QSizeF size = widget->info().defaultSize();
     if (size.isEmpty()) {
-        Q_EMIT message(tr("%1 has no default size").arg(widget->name()));
+        emit message(tr("%1 has no default size").arg(widget->name()));
         return;
     }
     m_document->setGeometries({widget}, {QRectF(widget->geometry().topLeft(), size)});
@@ -212,7 +212,7 @@ QPointF StudioTool::snapOffset(const QRectF &rect) const
 void StudioTool::beginMove()
 {
     if (m_pressed->isLocked()) {
-        Q_EMIT message(tr("%1 is locked").arg(m_pressed->name()));
+        emit message(tr("%1 is locked").arg(m_pressed->name()));
         m_state = State::Marquee; // as on the page itself: a locked widget may cover all of it
         return;
     }
@@ -261,10 +261,10 @@ void StudioTool::applyGeometries(const QVector<QRectF> &geometries)
         m_document->setGeometries(m_dragged, geometries, m_gesture);
     }
     if (m_state != State::Idle) { // the widget may have been removed by what it does when it is resized
-        m_guides =
-            m_modifiers.testFlag(Qt::ControlModifier) ? QVector<Guide>() : m_snapper.guides(draggedRect());
+        m_guides = m_modifiers.testFlag(Qt::ControlModifier) ? QVector<Guide>()
+                                                             : m_snapper.guides(draggedRect(), m_handle);
     }
-    Q_EMIT overlayChanged();
+    emit overlayChanged();
 }
 
 void StudioTool::updateMarquee()
@@ -284,7 +284,7 @@ void StudioTool::updateMarquee()
     if (selection != m_document->selection()) {
         m_document->setSelection(selection);
     }
-    Q_EMIT overlayChanged();
+    emit overlayChanged();
 }
 
 void StudioTool::cancel()
@@ -314,11 +314,12 @@ void StudioTool::finish()
 {
     m_state = State::Idle;
     m_pressed = nullptr;
+    m_handle = {};
     m_dragged.clear();
     m_startGeometries.clear();
     m_startSelection.clear();
     m_guides.clear();
-    Q_EMIT overlayChanged();
+    emit overlayChanged();
 }
 
 void StudioTool::forget(PlacedWidget *widget)
@@ -455,8 +456,10 @@ void StudioTool::paintFrames(QPainter &painter) const
     const QColor color = m_view->palette().color(QPalette::Highlight);
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.setBrush(Qt::NoBrush);
-    for (const PlacedWidget *widget : m_document->selection()) {
-        const bool isMarked = m_document->selection().size() > 1 && widget == m_document->current();
+    const QVector<PlacedWidget *> &selection = m_document->selection();
+    for (int i = 0; i < selection.size(); ++i) {
+        const PlacedWidget *widget = selection.at(i);
+        const bool isMarked = i > 0 && i == selection.size() - 1; // its fields are shown
         const bool isFixed = widget->isLocked() || !widget->isVisible();
         painter.setPen(QPen(color, isMarked ? 2 : 1, isFixed ? Qt::DashLine : Qt::SolidLine));
         painter.drawRect(toViewport(widget->geometry()).toRect().adjusted(-1, -1, 0, 0));

@@ -58,7 +58,7 @@ bool TouchEmulator::mousePress(const QMouseEvent &event)
     if (!m_isTaken) {
         m_down.clear();
     }
-    Q_EMIT fingersMoved();
+    emit fingersMoved();
     return m_isTaken;
 }
 
@@ -83,7 +83,7 @@ bool TouchEmulator::mouseRelease(const QMouseEvent &event)
     m_leftIsDown = false;
     send();
     m_isTaken = false;
-    Q_EMIT fingersMoved();
+    emit fingersMoved();
     return wasTaken;
 }
 
@@ -95,7 +95,7 @@ void TouchEmulator::moveTo(const QPointF &position, Qt::KeyboardModifiers modifi
     setModifiers(modifiers);
     m_position = position;
     send();
-    Q_EMIT fingersMoved();
+    emit fingersMoved();
 }
 
 void TouchEmulator::setModifiers(Qt::KeyboardModifiers modifiers)
@@ -105,7 +105,7 @@ void TouchEmulator::setModifiers(Qt::KeyboardModifiers modifiers)
     setCompanion(!isHeld ? Companion::None : isParallel ? Companion::Parallel : Companion::Mirrored);
     m_hasThird = isHeld && modifiers.testFlag(Qt::ControlModifier);
     send();
-    Q_EMIT fingersMoved();
+    emit fingersMoved();
 }
 
 // Finger 2 stays where it is when Shift changes what moves it.
@@ -128,7 +128,7 @@ void TouchEmulator::setCompanion(Companion companion)
 void TouchEmulator::setHovering(bool isHovering)
 {
     m_isHovering = isHovering;
-    Q_EMIT fingersMoved();
+    emit fingersMoved();
 }
 
 void TouchEmulator::cancel()
@@ -139,7 +139,7 @@ void TouchEmulator::cancel()
         m_down.clear();
         sendEvent(QEvent::TouchCancel, {});
     }
-    Q_EMIT fingersMoved();
+    emit fingersMoved();
 }
 
 // Fingers --------------------------------------------------------------------------------------------------

@@ -11,6 +11,7 @@
 #include <cmath>
 
 #include <kora/dev/canvas/findingtext.h>
+#include <kora/dev/canvas/severitymark.h>
 #include <kora/dev/model/placedwidget.h>
 
 namespace KORA {
@@ -24,9 +25,9 @@ constexpr qreal smallHeight = 100;
 constexpr qreal smallestTextWidth = 56;
 
 // Stopped on purpose is no error.
-QColor stripeColor(const Finding &problem)
+Finding::Severity severityOf(const Finding &problem)
 {
-    return problem.rule == QLatin1String("stopped") ? QColor(0xc7, 0x82, 0x00) : QColor(0xd3, 0x2f, 0x2f);
+    return problem.rule == QLatin1String("stopped") ? Finding::Warning : problem.severity;
 }
 
 /// Writes into @p area from its top, wraps, elides what has no room, and takes from the area what it used.
@@ -57,24 +58,16 @@ void writeText(QPainter &painter, QRectF &area, const QString &text, const QFont
     layout.endLayout();
 }
 
-void paintMark(QPainter &painter, const QRectF &rect, const QColor &color)
+void paintMark(QPainter &painter, const QRectF &rect, Finding::Severity severity)
 {
-    const qreal side = std::min({18.0, rect.width() - 2, rect.height() - 2});
-    if (side < 6) {
-        return;
+    constexpr qreal largest = 18;
+    constexpr qreal smallest = 6;
+    const qreal side = std::min({largest, rect.width() - 2, rect.height() - 2});
+    if (side >= smallest) {
+        QRectF square(0, 0, side, side);
+        square.moveCenter(rect.center());
+        paintSeverityMark(painter, square, severity);
     }
-    QRectF circle(0, 0, side, side);
-    circle.moveCenter(rect.center());
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
-    painter.drawEllipse(circle);
-    QFont font;
-    font.setBold(true);
-    font.setPixelSize(std::max(4, static_cast<int>(side * 0.7)));
-    painter.setFont(font);
-    painter.setPen(Qt::white);
-    painter.drawText(circle, Qt::AlignCenter, QStringLiteral("!"));
 }
 
 QFont smaller(const QFont &font)
@@ -91,7 +84,7 @@ void paintTexts(QPainter &painter, QRectF area, const PlacedWidget &widget, cons
                 const QFont &font)
 {
     constexpr qreal distance = 4;
-    const QColor color = palette.color(QPalette::Text);
+    const QColor &color = palette.color(QPalette::Text);
     QColor quiet = color;
     quiet.setAlpha(170);
     QFont bold = font;
@@ -108,7 +101,8 @@ void paintTexts(QPainter &painter, QRectF area, const PlacedWidget &widget, cons
 void paintWidgetCard(QPainter &painter, const QRectF &rect, const PlacedWidget &widget,
                      const QPalette &palette, const QFont &font)
 {
-    const QColor color = stripeColor(widget.problem());
+    const Finding::Severity severity = severityOf(widget.problem());
+    const QColor color = severityColor(severity);
     const QRectF card = rect.toRect();
     painter.save();
     painter.setClipRect(card, Qt::IntersectClip);
@@ -119,7 +113,7 @@ void paintWidgetCard(QPainter &painter, const QRectF &rect, const PlacedWidget &
     const qreal padding = isSmall ? 4 : 8;
     const QRectF area = card.adjusted(stripeWidth + padding, padding, -padding, -padding);
     if (area.width() < smallestTextWidth || area.height() < QFontMetricsF(font).height()) {
-        paintMark(painter, card, color);
+        paintMark(painter, card, severity);
     } else {
         painter.fillRect(QRectF(card.topLeft(), QSizeF(stripeWidth, card.height())), color);
         paintTexts(painter, area, widget, palette, isSmall ? smaller(font) : font);

@@ -28,11 +28,14 @@ ElfFile::ElfFile(const QByteArray &content)
         return;
     }
     m_state = State::Truncated;
-    if (content.size() < identSize) {
+    if (content.size() < identSize + 4) {
         return;
     }
     m_is64 = content.at(classOffset) == class64;
     m_isBigEndian = content.at(dataOffset) == dataBigEndian;
+    m_type = static_cast<int>(number(16, 2));
+    m_machine = static_cast<int>(number(18, 2));
+    m_hasTarget = true;
     if (contains(0, choose(52, 64))) {
         readHeaders();
     }
@@ -45,8 +48,6 @@ bool ElfFile::isSharedObject() const
 
 void ElfFile::readHeaders()
 {
-    m_type = static_cast<int>(number(16, 2));
-    m_machine = static_cast<int>(number(18, 2));
     const quint64 table = word(choose(32, 40));
     const auto entrySize = static_cast<int>(number(choose(46, 58), 2));
     const auto count = static_cast<int>(number(choose(48, 60), 2));

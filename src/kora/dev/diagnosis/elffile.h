@@ -24,6 +24,8 @@ public:
     explicit ElfFile(const QByteArray &content);
 
     State state() const { return m_state; }
+    /// Whether the file is long enough to say what it is for: the next four functions; a truncated one may be.
+    bool hasTarget() const { return m_hasTarget; }
     /// 32 or 64
     int bits() const { return m_is64 ? 64 : 32; }
     bool isBigEndian() const { return m_isBigEndian; }
@@ -60,6 +62,7 @@ private:
 
     const QByteArray &m_content;
     State m_state = State::NotElf;
+    bool m_hasTarget = false;
     bool m_is64 = false;
     bool m_isBigEndian = false;
     int m_machine = 0;

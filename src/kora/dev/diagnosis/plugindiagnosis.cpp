@@ -393,13 +393,15 @@ Findings diagnoseLibrary(const QString &path, const QString &expectedId, const Q
     if (elf.state() == ElfFile::State::NotElf) {
         return {notElf(path, content)};
     }
-    if (elf.state() == ElfFile::State::Truncated) {
+    if (elf.hasTarget()) { // even of a file that is cut off, or of a form that only its own platform reads
+        findings = checkTarget(path, elf, traitsOf(platform));
+    }
+    if (findings.isEmpty() && elf.state() == ElfFile::State::Truncated) {
         return {error("library-truncated", path,
                       QStringLiteral("the library is cut off: it has %1 bytes and its headers tell of more")
                           .arg(content.size()),
                       QStringLiteral("copy it again; a full disk or a broken transfer does this"))};
     }
-    findings = checkTarget(path, elf, traitsOf(platform));
     return findings.isEmpty() ? checkSection(path, elf, expectedId) : findings;
 }
 

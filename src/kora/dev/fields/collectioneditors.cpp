@@ -3,9 +3,10 @@
 #include <kora/dev/fields/editorpopup.h>
 #include <kora/dev/fields/fieldeditors_p.h>
 
+#include <QtCore/QCoreApplication>
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
-#include <QtGui/QKeyEvent>
+#include <QtGui/QPainter>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QLabel>
@@ -27,35 +28,45 @@ const QSize popupSize(290, 200);
 class SummaryButton : public QPushButton
 {
 public:
-    SummaryButton() { setMinimumWidth(40); }
-
     void setSummary(const QString &summary)
     {
         m_summary = summary;
-        setToolTip(summary);
-        elide();
+        setToolTip(summary.toHtmlEscaped());
+        update();
     }
     QSize minimumSizeHint() const override { return {40, QPushButton::minimumSizeHint().height()}; }
     QSize sizeHint() const override { return {100, QPushButton::sizeHint().height()}; }
 
 protected:
-    void resizeEvent(QResizeEvent *event) override
+    void paintEvent(QPaintEvent *event) override
     {
-        QPushButton::resizeEvent(event);
-        elide();
+        QPushButton::paintEvent(event); // without a text
+        QPainter painter(this);
+        const QRect area = rect().adjusted(8, 0, -8, 0);
+        painter.setPen(
+            palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText));
+        const QString flat = QString(m_summary).replace(QLatin1Char('\n'), QLatin1Char(' '));
+        painter.drawText(area, Qt::AlignLeft | Qt::AlignVCenter,
+                         fontMetrics().elidedText(flat, Qt::ElideRight, area.width()));
     }
 
 private:
-    void elide()
-    {
-        const QString flat = QString(m_summary)
-                                 .replace(QLatin1Char('\n'), QLatin1Char(' '))
-                                 .replace(QLatin1Char('&'), QLatin1String("&&"));
-        setText(fontMetrics().elidedText(flat, Qt::ElideRight, width() - 14));
-    }
-
     QString m_summary;
 };
+
+struct CollectionText
+{
+    Q_DECLARE_TR_FUNCTIONS(KORA::DEV::CollectionEditor)
+};
+
+QString counted(int count, const QString &entries)
+{
+    if (count == 0) {
+        return CollectionText::tr("no texts");
+    }
+    return count == 1 ? CollectionText::tr("1 text: %1").arg(entries)
+                      : CollectionText::tr("%1 texts: %2").arg(QString::number(count), entries);
+}
 
 /// A text list or a text map: a button with a summary, and a box with a table.
 class CollectionEditor : public FieldEditor
@@ -130,9 +141,7 @@ private:
     QString summary(const QVariant &value) const override
     {
         const QStringList texts = value.toStringList();
-        return texts.isEmpty()
-                   ? tr("no texts")
-                   : tr("%n text(s): %1", nullptr, texts.size()).arg(texts.join(QLatin1String(", ")));
+        return counted(texts.size(), texts.join(QLatin1String(", ")));
     }
 
     void fill(EditorPopup *popup, const QVariant &value) override
@@ -223,9 +232,7 @@ private:
         for (auto entry = map.begin(); entry != map.end(); ++entry) {
             entries.append(QString::number(entry.key()) + QLatin1String("=") + entry.value());
         }
-        return map.isEmpty()
-                   ? tr("no texts")
-                   : tr("%n text(s): %1", nullptr, map.size()).arg(entries.join(QLatin1String(", ")));
+        return counted(map.size(), entries.join(QLatin1String(", ")));
     }
 
     void fill(EditorPopup *popup, const QVariant &value) override

@@ -20,22 +20,6 @@ const int buttonSide = 22;
 const int iconSide = 14;
 const int editorHeight = 24;
 
-/// Shows as much of its text as there is room for; the rest is in its tooltip.
-class NoteLabel : public QLabel
-{
-public:
-    NoteLabel() { setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); }
-
-protected:
-    void paintEvent(QPaintEvent *) override
-    {
-        QPainter painter(this);
-        painter.setPen(palette().color(foregroundRole()));
-        painter.drawText(rect(), Qt::AlignLeft | Qt::AlignTop,
-                         fontMetrics().elidedText(text(), Qt::ElideRight, width()));
-    }
-};
-
 QColor noteColor(FieldCell::Note kind)
 {
     switch (kind) {
@@ -49,6 +33,43 @@ QColor noteColor(FieldCell::Note kind)
 }
 
 } // namespace
+
+/// Small, in the colour of its kind; shows as much of its text as there is room for, the rest is in its tooltip.
+class FieldCell::NoteLabel : public QLabel
+{
+public:
+    NoteLabel() { setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); }
+
+    void show(Note kind, const QString &text)
+    {
+        m_kind = kind;
+        setText(text);
+        setToolTip(text.toHtmlEscaped());
+        setVisible(!text.isEmpty());
+        update();
+    }
+    QSize sizeHint() const override { return {0, QFontMetrics(smallFont()).height() + 1}; }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.setFont(smallFont());
+        painter.setPen(noteColor(m_kind));
+        painter.drawText(rect(), Qt::AlignLeft | Qt::AlignTop,
+                         painter.fontMetrics().elidedText(text(), Qt::ElideRight, width()));
+    }
+
+private:
+    QFont smallFont() const
+    {
+        QFont small = font();
+        small.setPointSizeF(std::max(6.0, small.pointSizeF() - 1));
+        return small;
+    }
+
+    Note m_kind = Note::None;
+};
 
 FieldCell::FieldCell(FieldEditor *editor, const QString &name, const QString &label)
     : m_editor(editor->widget())
@@ -66,9 +87,6 @@ FieldCell::FieldCell(FieldEditor *editor, const QString &name, const QString &la
     layout->addWidget(m_noteLabel, 1, 0, 1, 3);
     layout->setColumnStretch(0, 1);
     m_noteLabel->hide();
-    QFont small = m_noteLabel->font();
-    small.setPointSizeF(std::max(6.0, small.pointSizeF() - 1));
-    m_noteLabel->setFont(small);
 
     m_revert->setIcon(benchIcon("revert"));
     m_revert->setAccessibleName(tr("Reset %1").arg(label));
@@ -106,12 +124,7 @@ void FieldCell::setNote(Note kind, const QString &text)
     }
     m_note = kind;
     m_noteText = text;
-    QPalette colors = m_noteLabel->palette();
-    colors.setColor(QPalette::WindowText, noteColor(kind));
-    m_noteLabel->setPalette(colors);
-    m_noteLabel->setText(text);
-    m_noteLabel->setToolTip(text);
-    m_noteLabel->setVisible(!text.isEmpty());
+    m_noteLabel->show(kind, text);
     update();
     emit heightChanged();
 }

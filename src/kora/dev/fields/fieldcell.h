@@ -3,7 +3,6 @@
 
 #include <QtWidgets/QWidget>
 
-class QLabel;
 class QToolButton;
 
 namespace KORA {
@@ -43,12 +42,14 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    class NoteLabel;
+
     QToolButton *makeButton(const QString &name);
 
     QWidget *m_editor;
     QToolButton *m_link;
     QToolButton *m_revert;
-    QLabel *m_noteLabel;
+    NoteLabel *m_noteLabel;
     QString m_noteText;
     Note m_note = Note::None;
 };

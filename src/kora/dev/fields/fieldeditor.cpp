@@ -5,6 +5,10 @@
 #include <QtGui/QFocusEvent>
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QMenu>
+#include <QtWidgets/QToolButton>
+
+#include <kora/dev/theme/icons.h>
 
 namespace KORA {
 namespace DEV {
@@ -37,6 +41,25 @@ void FieldEditor::addControl(QWidget *control, int stretch)
 void FieldEditor::addPassive(QWidget *widget, int stretch)
 {
     static_cast<QHBoxLayout *>(m_widget->layout())->addWidget(widget, stretch);
+}
+
+QToolButton *FieldEditor::addButton(const char *icon, const QString &label, const QString &part)
+{
+    auto *button = new QToolButton;
+    button->setIcon(benchIcon(icon));
+    button->setAutoRaise(true);
+    button->setToolTip(label);
+    addPassive(button);
+    watch(button, part, label);
+    return button;
+}
+
+void FieldEditor::addMenuButton(const char *icon, const QString &label, const QString &part, QMenu *menu)
+{
+    QToolButton *button = addButton(icon, label, part);
+    menu->setParent(button, menu->windowFlags());
+    connect(button, &QToolButton::clicked, menu,
+            [button, menu] { menu->popup(button->mapToGlobal(QPoint(0, button->height()))); });
 }
 
 void FieldEditor::watch(QWidget *control, const QString &part, const QString &label)

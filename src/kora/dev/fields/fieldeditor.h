@@ -10,6 +10,9 @@
 #include <kora/core/widgetmetainformation.h>
 #include <kora/export.h>
 
+class QMenu;
+class QToolButton;
+
 namespace KORA {
 namespace DEV {
 
@@ -77,6 +80,10 @@ protected:
     /// The root widget; takes its controls side by side.
     void addControl(QWidget *control, int stretch = 0);
     void addPassive(QWidget *widget, int stretch = 0);
+    /// A flat button with one of the bench's icons.
+    QToolButton *addButton(const char *icon, const QString &label, const QString &part);
+    /// The same, with a menu that it owns from now on.
+    void addMenuButton(const char *icon, const QString &label, const QString &part, QMenu *menu);
     /// Gives a control its names, and guards its wheel, its Esc key and its focus. addControl() does it too.
     void watch(QWidget *control, const QString &part = {}, const QString &label = {});
     void send(const QVariant &value, bool finished);

@@ -139,9 +139,24 @@ void FieldManager::updateRowVisibility()
     }
 }
 
+void FieldManager::finishEntries()
+{
+    for (const auto &row : m_rows) {
+        if (row->editor) {
+            row->editor->leave();
+        }
+    }
+}
+
 void FieldManager::detach()
 {
     m_widget = nullptr;
+    for (const auto &row : m_rows) {
+        if (row->editor) { // lives on until the event loop is back
+            row->editor->disconnect(this);
+            row->cell->disconnect(this);
+        }
+    }
     if (!m_rows.empty()) {
         delete row(); // and those below it
         m_rows.clear();

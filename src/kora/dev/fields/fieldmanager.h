@@ -76,6 +76,8 @@ public:
     void unlock();
     bool isLocked() const { return m_field.readOnly() && !m_isUnlocked; }
 
+    /// Sends what was entered and not sent yet.
+    void finishEntries();
     /// Forgets widget and rows; the manager may live on until the event loop is back.
     void detach();
 

@@ -30,8 +30,11 @@ using namespace INTERNAL;
 
 namespace {
 
-const int updateMs = 50; // between two updates of values that change by themselves
-const int nameColumnWidth = 124;
+// Values that change by themselves show as soon as the event loop is back, but no more often than this in the long
+// run: a widget may write thousands of times a second.
+const int updateMs = 50;
+const int mostPromptUpdates = 10;
+const int nameColumnWidth = 130;
 
 enum Column : int { NameColumn, ValueColumn, ColumnCount };
 
@@ -76,6 +79,7 @@ FieldsPane::FieldsPane(BenchDocument *document, QWidget *parent)
             clearRows();
         }
     });
+    lightenOutlines();
     rebuild();
 }
 
@@ -128,10 +132,10 @@ QWidget *FieldsPane::makeBar()
     m_modifiedOnly->setCheckable(true);
     QToolButton *reset = makeTextButton(QStringLiteral("fieldsResetAll"), tr("Reset all"),
                                         tr("Sets every field to its default and unbinds it"));
-    QToolButton *more = makeTextButton(QStringLiteral("fieldsMore"), tr("More"), tr("More on fields"));
+    QToolButton *more =
+        makeTextButton(QStringLiteral("fieldsMore"), tr("More"), tr("Private fields, folding"));
     more->setIcon(benchIcon("more"));
     more->setToolButtonStyle(Qt::ToolButtonIconOnly);
-    more->setPopupMode(QToolButton::InstantPopup);
     auto *menu = new QMenu(more);
     QAction *privateFields = menu->addAction(tr("Private fields"));
     privateFields->setObjectName(QStringLiteral("fieldsPrivate"));
@@ -140,7 +144,8 @@ QWidget *FieldsPane::makeBar()
     menu->addSeparator();
     menu->addAction(tr("Unfold all groups"), this, [this] { m_tree->expandToDepth(0); });
     menu->addAction(tr("Fold all groups"), this, [this] { m_tree->collapseAll(); });
-    more->setMenu(menu);
+    connect(more, &QToolButton::clicked, menu,
+            [more, menu] { menu->popup(more->mapToGlobal(QPoint(0, more->height()))); });
 
     layout->addWidget(m_filter, 1);
     layout->addWidget(m_modifiedOnly);
@@ -167,7 +172,7 @@ QWidget *FieldsPane::makeTree()
     m_tree->header()->resizeSection(NameColumn, nameColumnWidth);
     m_tree->header()->setStretchLastSection(true);
     m_tree->header()->hide();
-    m_tree->setIndentation(14);
+    m_tree->setIndentation(12);
     m_tree->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     m_tree->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_tree->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -220,7 +225,13 @@ QWidget *FieldsPane::makeHiddenFields()
 
 void FieldsPane::rebuild()
 {
+    if (m_isRebuilding) {
+        return;
+    }
     const QScopedValueRollback<bool> guard(m_isRebuilding, true);
+    for (FieldManager *manager : qAsConst(m_managers)) {
+        manager->finishEntries();
+    }
     clearRows();
     PlacedWidget *widget = m_document->current();
     m_widget = widget;
@@ -295,7 +306,8 @@ QTreeWidgetItem *FieldsPane::groupRow(const FieldMetaInformation &field)
     if (!group) {
         group = new QTreeWidgetItem({label.isEmpty() ? key : label});
         group->setData(NameColumn, groupKeyRole, key);
-        m_tree->insertTopLevelItem(static_cast<int>(std::distance(m_groups.begin(), m_groups.find(key))), group);
+        m_tree->insertTopLevelItem(static_cast<int>(std::distance(m_groups.begin(), m_groups.find(key))),
+                                   group);
         group->setFirstColumnSpanned(true);
         QFont font = m_tree->font();
         font.setBold(true);
@@ -303,6 +315,20 @@ QTreeWidgetItem *FieldsPane::groupRow(const FieldMetaInformation &field)
         group->setSizeHint(NameColumn, {0, FieldCell::rowHeight() - 4});
     }
     return group;
+}
+
+/// Fusion draws the outlines of controls darker than what stands behind them: unseen on dark. They take it from this
+/// colour, which nothing in the list is filled with.
+void FieldsPane::lightenOutlines()
+{
+    QPalette colors = palette();
+    if (colors.color(QPalette::Window).lightness() < 128) {
+        colors.setColor(QPalette::Window, colors.color(QPalette::Mid).lighter(160));
+    }
+    for (QWidget *part :
+         {static_cast<QWidget *>(m_tree), static_cast<QWidget *>(m_geometry), m_filter->parentWidget()}) {
+        part->setPalette(colors);
+    }
 }
 
 void FieldsPane::colorGroups()
@@ -347,7 +373,7 @@ void FieldsPane::watchWidget(PlacedWidget *widget)
             m_changedFields.insert(manager->id());
         }
         showState();
-        m_valuesTimer.start(0);
+        m_valuesTimer.start(pauseBeforeUpdate());
     });
     connect(widget, &PlacedWidget::changed, this, &FieldsPane::showState);
 }
@@ -402,16 +428,42 @@ void FieldsPane::resetAll()
 
 // Values ------------------------------------------------------------------------------------------------------
 
+QVariant FieldsPane::fieldValue(const QString &fieldId) const
+{
+    const PlacedWidget *widget = m_document->current();
+    return widget ? widget->fieldValue(fieldId) : QVariant();
+}
+
+void FieldsPane::setFieldValue(const QString &fieldId, const QVariant &value)
+{
+    if (PlacedWidget *widget = m_document->current()) {
+        m_document->setFieldValue(widget, fieldId, value);
+        flushValues();
+    }
+}
+
 void FieldsPane::onValueChanged(const QString &fieldId, PlacedWidget::Origin origin)
 {
     const QString writers[] = {tr("set by the bench"), tr("set by the widget"), tr("set by the tag")};
     m_writers.insert(fieldId, {writers[origin], QTime::currentTime()});
     m_changedFields.insert(fieldId.section(QLatin1Char('.'), 0, 0));
     if (!m_valuesTimer.isActive()) {
-        // The first change shows as soon as the event loop is back, those of a flood together.
-        const bool isFlood = m_sinceFlush.isValid() && m_sinceFlush.elapsed() < updateMs;
-        m_valuesTimer.start(isFlood ? static_cast<int>(updateMs - m_sinceFlush.elapsed()) : 0);
+        m_valuesTimer.start(pauseBeforeUpdate());
     }
+}
+
+int FieldsPane::pauseBeforeUpdate()
+{
+    const qint64 refilled = m_sinceRefill.isValid() ? m_sinceRefill.elapsed() / updateMs : mostPromptUpdates;
+    if (refilled > 0) {
+        m_promptUpdates = static_cast<int>(std::min<qint64>(mostPromptUpdates, m_promptUpdates + refilled));
+        m_sinceRefill.start();
+    }
+    if (m_promptUpdates == 0) {
+        return updateMs;
+    }
+    --m_promptUpdates;
+    return 0;
 }
 
 void FieldsPane::flushValues()
@@ -434,7 +486,6 @@ void FieldsPane::flushValues()
     }
     emit valuesChanged();
     showDetails();
-    m_sinceFlush.restart();
 }
 
 // Editors -----------------------------------------------------------------------------------------------------
@@ -520,6 +571,7 @@ void FieldsPane::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange) {
+        lightenOutlines();
         colorGroups();
     }
 }

@@ -49,6 +49,11 @@ public:
     /// The group's name in the library's default language, "General" for none, to the row of the group.
     const QMap<QString, QTreeWidgetItem *> &groupRows() const { return m_groups; }
 
+    /// The selected widget's present value; invalid if none is selected.
+    QVariant fieldValue(const QString &fieldId) const;
+    /// Sets a field of the selected widget, as its editor would.
+    void setFieldValue(const QString &fieldId, const QVariant &value);
+
     void setPrivateFieldsShown(bool isShown);
     bool privateFieldsAreShown() const { return m_privateFieldsAreShown; }
     void resetAll();
@@ -85,9 +90,11 @@ private:
     void watchWidget(PlacedWidget *widget);
     void showState();
     QString groupMemoryKey(const QTreeWidgetItem *group) const;
+    void lightenOutlines();
     void colorGroups();
 
     void onValueChanged(const QString &fieldId, PlacedWidget::Origin origin);
+    int pauseBeforeUpdate();
     void flushValues();
     void scheduleVisibleRows();
     void makeVisibleEditors();
@@ -116,9 +123,9 @@ private:
 
     QSet<QString> m_changedFields;
     QHash<QString, FieldWriter> m_writers;
-    bool m_isEditing = false; ///< a value goes from an editor to the widget
     QTimer m_valuesTimer;
-    QElapsedTimer m_sinceFlush;
+    QElapsedTimer m_sinceRefill;
+    int m_promptUpdates = 0; ///< that may still follow each other without a pause
     QTimer m_rowsTimer;
 
     QLabel *m_title;
@@ -134,7 +141,7 @@ private:
 };
 
 /// Adds what can be done with a field from its row.
-void fillFieldMenu(QMenu *menu, FieldManager *manager);
+KORA_EXPORT void fillFieldMenu(QMenu *menu, FieldManager *manager);
 
 } // namespace DEV
 } // namespace KORA

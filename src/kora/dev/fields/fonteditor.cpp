@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <kora/dev/fields/fieldeditors_p.h>
 #include <kora/dev/fields/fontparts.h>
-#include <kora/dev/theme/icons.h>
 
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QToolButton>
@@ -54,13 +53,10 @@ private:
 
     void addButton(FontPart part, const char *icon, const QString &label)
     {
-        auto *button = new QToolButton;
-        button->setIcon(benchIcon(icon));
+        const bool isFirst = m_buttons.isEmpty();
+        QToolButton *button = FieldEditor::addButton(
+            icon, label, isFirst ? QString() : fontPartName(part) + QStringLiteral("Button"));
         button->setCheckable(true);
-        button->setAutoRaise(true);
-        button->setToolTip(label);
-        addPassive(button);
-        watch(button, m_buttons.isEmpty() ? QString() : fontPartName(part), label);
         m_buttons.append({button, part});
         connect(button, &QToolButton::clicked, this, [this, part](bool isOn) {
             setFontPart(m_font, part, isOn);

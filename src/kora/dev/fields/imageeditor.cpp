@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <kora/dev/fields/fieldeditors_p.h>
-#include <kora/dev/theme/icons.h>
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QMimeData>
@@ -40,13 +39,11 @@ public:
         addControl(m_text, 1);
         QToolButton *file = addButton("open", tr("Choose a file"), QStringLiteral("File"));
         connect(file, &QToolButton::clicked, this, &ImageEditor::openDialog);
-        QToolButton *clear = addButton("clear", tr("No value, or an empty text"), QStringLiteral("Clear"));
-        auto *menu = new QMenu(clear);
+        auto *menu = new QMenu;
         menu->setObjectName(context.objectName + QStringLiteral("ClearMenu"));
         menu->addAction(tr("No value"), this, [this] { enter(QVariant()); });
         menu->addAction(tr("Empty text"), this, [this] { enter(QString(QLatin1String(""))); });
-        clear->setMenu(menu);
-        clear->setPopupMode(QToolButton::InstantPopup);
+        addMenuButton("clear", tr("No value, or an empty text"), QStringLiteral("Clear"), menu);
         m_pause.setSingleShot(true);
         m_pause.setInterval(typingPauseMs);
         connect(&m_pause, &QTimer::timeout, this, &ImageEditor::flush);
@@ -96,16 +93,6 @@ protected:
     }
 
 private:
-    QToolButton *addButton(const char *icon, const QString &label, const QString &part)
-    {
-        auto *button = new QToolButton;
-        button->setIcon(benchIcon(icon));
-        button->setAutoRaise(true);
-        button->setToolTip(label);
-        addPassive(button);
-        watch(button, part, label);
-        return button;
-    }
     void enter(const QVariant &value)
     {
         setValue(value);

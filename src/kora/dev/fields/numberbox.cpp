@@ -16,6 +16,7 @@ NumberBox::NumberBox(bool isWhole, QWidget *parent)
     : QAbstractSpinBox(parent)
     , m_isWhole(isWhole)
 {
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed); // may be narrower than its hint
     lineEdit()->setPlaceholderText(tr("no value"));
     connect(lineEdit(), &QLineEdit::textEdited, this, &NumberBox::onTextEdited);
 }
@@ -151,7 +152,7 @@ QSize NumberBox::sizeHint() const
 
 QSize NumberBox::minimumSizeHint() const
 {
-    return {fontMetrics().horizontalAdvance(QStringLiteral("-000.0")) + 24, sizeHint().height()};
+    return {fontMetrics().horizontalAdvance(QStringLiteral("-000")) + 24, sizeHint().height()};
 }
 
 } // namespace DEV

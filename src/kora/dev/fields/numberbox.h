@@ -4,12 +4,14 @@
 #include <QtCore/QVariant>
 #include <QtWidgets/QAbstractSpinBox>
 
+#include <kora/export.h>
+
 namespace KORA {
 namespace DEV {
 
 /// A spin box for whole numbers or for doubles of any size and all digits, which may also show no value. Unlike Qt's
 /// own ones it lets numbers outside the bounds be typed: what becomes of these is the receiver's to say.
-class NumberBox : public QAbstractSpinBox
+class KORA_EXPORT NumberBox : public QAbstractSpinBox
 {
     Q_OBJECT
 

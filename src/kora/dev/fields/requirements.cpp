@@ -177,6 +177,28 @@ void updateGroupRows(const QMap<QString, QTreeWidgetItem *> &groupRows)
     }
 }
 
+void updateFieldsRequirements(FieldsPane *pane)
+{
+    const auto reader = [pane](const QString &fieldId) { return pane->fieldValue(fieldId); };
+    for (FieldManager *manager : pane->fieldManagers()) {
+        const RequirementsOutcome outcome = evaluateRequirements(manager->requirements(), reader);
+        if (outcome.isInvalid) {
+            // The row stays as it is, shown or hidden.
+            LogHandler(pane->pluginId(), nullptr, 0, nullptr, "TESTAPP").critical().debug()
+                << "The requirements" << outcome.requirements << "of the field" << manager->id()
+                << "is invalid:" << outcome.invalidPart;
+        }
+        // Each condition is applied in turn and none is combined with another: the last one wins, and "&" and "|"
+        // mean the same.
+        for (const RequirementResult &result : outcome.results) {
+            manager->setVisible(result.holds);
+        }
+        manager->setRequirementsOutcome(outcome);
+    }
+    updateGroupRows(pane->groupRows());
+    pane->onRequirementsEvaluated();
+}
+
 // The window's part -------------------------------------------------------------------------------------------
 
 void WidgetLibraryPluginTestWidgetPrivate::setFieldsPane(FieldsPane *pane)
@@ -191,17 +213,12 @@ void WidgetLibraryPluginTestWidgetPrivate::setFieldsPane(FieldsPane *pane)
 
 QVariant WidgetLibraryPluginTestWidgetPrivate::getFieldValue(const QString &fieldId) const
 {
-    const PlacedWidget *widget = fieldsPane->document()->current();
-    return widget ? widget->fieldValue(fieldId) : QVariant();
+    return fieldsPane->fieldValue(fieldId);
 }
 
 void WidgetLibraryPluginTestWidgetPrivate::setFieldValue(const QString &fieldId, const QVariant &value)
 {
-    BenchDocument *document = fieldsPane->document();
-    if (PlacedWidget *widget = document->current()) {
-        document->setFieldValue(widget, fieldId, value);
-        updateFieldsRequirements();
-    }
+    fieldsPane->setFieldValue(fieldId, value);
 }
 
 const QMap<QString, FieldManager *> &WidgetLibraryPluginTestWidgetPrivate::fieldManagers() const
@@ -216,24 +233,7 @@ const QMap<QString, QTreeWidgetItem *> &WidgetLibraryPluginTestWidgetPrivate::gr
 
 void WidgetLibraryPluginTestWidgetPrivate::updateFieldsRequirements()
 {
-    const auto reader = [this](const QString &fieldId) { return getFieldValue(fieldId); };
-    for (FieldManager *manager : fieldManagers()) {
-        const RequirementsOutcome outcome = evaluateRequirements(manager->requirements(), reader);
-        if (outcome.isInvalid) {
-            // The row stays as it is, shown or hidden.
-            LogHandler(fieldsPane->pluginId(), nullptr, 0, nullptr, "TESTAPP").critical().debug()
-                << "The requirements" << outcome.requirements << "of the field" << manager->id()
-                << "is invalid:" << outcome.invalidPart;
-        }
-        // Each condition is applied in turn and none is combined with another: the last one wins, and "&" and "|"
-        // mean the same.
-        for (const RequirementResult &result : outcome.results) {
-            manager->setVisible(result.holds);
-        }
-        manager->setRequirementsOutcome(outcome);
-    }
-    updateGroupRows(groupRows());
-    fieldsPane->onRequirementsEvaluated();
+    DEV::updateFieldsRequirements(fieldsPane);
 }
 
 } // namespace DEV

@@ -15,6 +15,8 @@ class QTreeWidgetItem;
 namespace KORA {
 namespace DEV {
 
+class FieldsPane;
+
 /// One condition of a field's requirements.
 struct RequirementInfo
 {
@@ -55,6 +57,9 @@ KORA_EXPORT RequirementsOutcome evaluateRequirements(const QString &requirements
 /// Why the requirements hide a row, or show it against what they seem to say; empty if there is nothing to tell.
 /// @p fieldIds are the fields that the widget has.
 KORA_EXPORT QString requirementsReason(const RequirementsOutcome &outcome, const QStringList &fieldIds);
+
+/// Shows and hides the rows of each field of the pane by its requirements, then the group rows.
+KORA_EXPORT void updateFieldsRequirements(FieldsPane *pane);
 
 /// Hides each group row that has no child row to show, and shows the others.
 KORA_EXPORT void updateGroupRows(const QMap<QString, QTreeWidgetItem *> &groupRows);

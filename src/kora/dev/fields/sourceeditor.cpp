@@ -51,8 +51,8 @@ public:
         addControl(m_box, 2);
         m_value->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         m_value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        m_value->setVisible(context.type == INTERNAL::FieldTypeTag);
         addPassive(m_value, 1);
+        m_value->setVisible(context.type == INTERNAL::FieldTypeTag); // not before it has a parent
         list();
         connect(m_box, &SourceBox::aboutToShow, this, &SourceEditor::list);
         connect(m_box, QOverload<int>::of(&QComboBox::activated), this,

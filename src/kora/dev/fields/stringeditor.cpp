@@ -7,7 +7,6 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QPlainTextEdit>
-#include <QtWidgets/QToolButton>
 #include <QtWidgets/QVBoxLayout>
 
 namespace KORA {
@@ -56,7 +55,7 @@ public:
         if (!context.language.isEmpty()) {
             addBadge();
         }
-        addMenuButton();
+        addTextMenu();
         m_pause.setSingleShot(true);
         m_pause.setInterval(typingPauseMs);
         connect(&m_pause, &QTimer::timeout, this, &StringEditor::flush);
@@ -75,7 +74,7 @@ public:
             m_line->setCursorPosition(0);
         }
         const int lines = text.count(QLatin1Char('\n')) + 1;
-        emit noted(lines > 1 ? tr("%n line(s)", nullptr, lines) : QString());
+        emit noted(lines > 1 ? tr("%1 lines").arg(lines) : QString());
     }
 
 protected:
@@ -96,14 +95,9 @@ private:
         badge->setToolTip(tr("The text in this language; the other languages are in the rows below"));
         addPassive(badge);
     }
-    void addMenuButton()
+    void addTextMenu()
     {
-        auto *more = new QToolButton;
-        more->setText(QStringLiteral("..."));
-        more->setToolTip(tr("Several lines, test texts"));
-        more->setAutoRaise(true);
-        more->setPopupMode(QToolButton::InstantPopup);
-        auto *menu = new QMenu(more);
+        auto *menu = new QMenu;
         menu->setObjectName(context().objectName + QStringLiteral("Menu"));
         menu->addAction(tr("Edit several lines"), this, &StringEditor::openBox);
         menu->addSeparator();
@@ -113,9 +107,7 @@ private:
                 send(text, true);
             });
         }
-        more->setMenu(menu);
-        addPassive(more);
-        watch(more, QStringLiteral("More"), tr("more"));
+        addMenuButton("more", tr("Several lines, test texts"), QStringLiteral("More"), menu);
     }
     void onTextEdited()
     {

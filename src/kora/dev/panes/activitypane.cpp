@@ -110,10 +110,10 @@ ActivityPane::ActivityPane(ActivityLog *log, QWidget *parent)
     m_view->setModel(&m_filter);
     m_view->setObjectName(QStringLiteral("activityEntries"));
     m_view->setAccessibleName(tr("Activity"));
-    const int widths[] = {100, 120, 190, 260, 180};
-    for (int column = 0; column < ActivityLog::DurationColumn; ++column) {
-        m_view->header()->resizeSection(column, widths[column]);
-    }
+    m_view->setColumnTexts({QStringLiteral("00:00:00.000"), QStringLiteral("value_display12"),
+                            QStringLiteral("iii fieldIsChangedEvent"),
+                            QStringLiteral("an argument, and another one"),
+                            QStringLiteral("a longer result")});
     QHBoxLayout *bar = paneBar();
     addKindButtons(bar);
     bar->addSpacing(6);

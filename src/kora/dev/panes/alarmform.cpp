@@ -104,6 +104,16 @@ AlarmForm::AlarmForm(AlarmTable *alarms, TagTable *tags, QWidget *parent)
     setEnabled(false);
 }
 
+// A control that loses the focus while the form is going has nothing to apply any more.
+AlarmForm::~AlarmForm()
+{
+    const QList<QWidget *> controls = findChildren<QWidget *>();
+    for (QWidget *control : controls) {
+        control->disconnect(this);
+        control->removeEventFilter(this);
+    }
+}
+
 QLineEdit *AlarmForm::addLine(QFormLayout *layout, const QString &name, const QString &label,
                               const QString &toolTip)
 {
@@ -120,7 +130,7 @@ QComboBox *AlarmForm::addChoice(QFormLayout *layout, const QString &name, const 
     auto *combo = new QComboBox(this);
     describeControl(combo, Prefix + name, label, toolTip);
     combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    combo->setMinimumContentsLength(12);
+    combo->setMinimumContentsLength(8);
     combo->setInsertPolicy(QComboBox::NoInsert);
     ignoreWheelWithoutFocus(combo);
     layout->addRow(label, combo);

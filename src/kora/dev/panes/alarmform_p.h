@@ -29,6 +29,7 @@ class AlarmForm : public QWidget
 public:
     /// The tables are not owned and must outlive the form.
     AlarmForm(AlarmTable *alarms, TagTable *tags, QWidget *parent = nullptr);
+    ~AlarmForm() override;
 
     /// Shows an alarm as it is now; what is being typed into a control stays.
     void show(const QString &name);

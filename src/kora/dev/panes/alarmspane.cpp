@@ -46,6 +46,12 @@ AlarmsPane::AlarmsPane(Providers *providers, QWidget *parent)
     currentChanged();
 }
 
+AlarmsPane::~AlarmsPane()
+{
+    m_form->disconnect(this);
+    m_burstRate->disconnect(this);
+}
+
 void AlarmsPane::addStateAction(const QString &name, const QString &text, const QString &toolTip,
                                 AlarmStates::Action action)
 {
@@ -65,7 +71,7 @@ void AlarmsPane::addBurst()
     m_burstRate->setLocale(QLocale::c());
     m_burstRate->setRange(1, AlarmTable::MaximumBurst);
     m_burstRate->setValue(UsualRate);
-    m_burstRate->setSuffix(tr(" per s"));
+    m_burstRate->setSuffix(tr("/s"));
     m_burstRate->setKeyboardTracking(false);
     describeControl(m_burstRate, prefixed("BurstRate"), tr("Alarm changes per second"),
                     tr("Alarm changes per second of the clock"));

@@ -23,6 +23,7 @@ class KORA_EXPORT AlarmsPane : public ProviderPane
 public:
     /// @p providers is not owned and must outlive the pane.
     explicit AlarmsPane(Providers *providers, QWidget *parent = nullptr);
+    ~AlarmsPane() override;
 
 protected:
     void currentChanged() override;

@@ -69,7 +69,7 @@ void ClockBar::addButtons(const QString &prefix)
     m_step->setFocusPolicy(Qt::StrongFocus);
     describeControl(m_step, prefix + QStringLiteral("ClockStep"), tr("Step the clock"),
                     tr("Stop the clock and go on by %1 ms").arg(BenchClock::StepMs));
-    connect(m_step, &QToolButton::clicked, m_clock, [this] { m_clock->step(); });
+    connect(m_step, &QToolButton::clicked, m_clock, [clock = m_clock] { clock->step(); });
 }
 
 void ClockBar::addNumbers(const QString &prefix)
@@ -88,13 +88,13 @@ void ClockBar::addNumbers(const QString &prefix)
     m_seed->setRange(0, std::numeric_limits<int>::max());
     m_seed->setPrefix(tr("Seed "));
     m_seed->setKeyboardTracking(false);
-    m_seed->setFixedWidth(
-        m_seed->fontMetrics().horizontalAdvance(m_seed->prefix() + QStringLiteral("0000000")) + 24);
+    m_seed->setFixedWidth(m_seed->fontMetrics().horizontalAdvance(m_seed->prefix() + QStringLiteral("0000"))
+                          + 24);
     describeControl(m_seed, prefix + QStringLiteral("ClockSeed"), tr("Seed of the generators"),
                     tr("Random walks and spikes are the same for the same seed"));
     ignoreWheelWithoutFocus(m_seed);
     connect(m_seed, QOverload<int>::of(&QSpinBox::valueChanged), m_clock,
-            [this](int seed) { m_clock->setSeed(static_cast<quint32>(seed)); });
+            [clock = m_clock](int seed) { clock->setSeed(static_cast<quint32>(seed)); });
 }
 
 void ClockBar::showEvent(QShowEvent *event)

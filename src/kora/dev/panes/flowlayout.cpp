@@ -60,9 +60,9 @@ void FlowLayout::setGeometry(const QRect &rectangle)
 int FlowLayout::arrange(const QRect &rectangle, bool isForReal) const
 {
     const bool isMirrored = parentWidget() && parentWidget()->isRightToLeft();
+    const int rowHeight = sizeOfLargest().height();
     int x = 0;
     int y = 0;
-    int rowHeight = 0;
     for (const auto &item : m_items) {
         if (item->isEmpty()) {
             continue;
@@ -71,16 +71,24 @@ int FlowLayout::arrange(const QRect &rectangle, bool isForReal) const
         if (x > 0 && x + size.width() > rectangle.width()) {
             x = 0;
             y += rowHeight + Spacing;
-            rowHeight = 0;
         }
         if (isForReal) {
             const int left = isMirrored ? rectangle.right() + 1 - x - size.width() : rectangle.left() + x;
-            item->setGeometry(QRect(QPoint(left, rectangle.top() + y), size));
+            const int top = rectangle.top() + y + (rowHeight - size.height()) / 2;
+            item->setGeometry(QRect(QPoint(left, top), size));
         }
         x += size.width() + Spacing;
-        rowHeight = std::max(rowHeight, size.height());
     }
     return y + rowHeight;
+}
+
+QSize FlowLayout::sizeOfLargest() const
+{
+    QSize size;
+    for (const auto &item : m_items) {
+        size = size.expandedTo(item->sizeHint());
+    }
+    return size;
 }
 
 } // namespace DEV

@@ -33,6 +33,8 @@ private:
     /// The height that is needed.
     int arrange(const QRect &rectangle, bool isForReal) const;
 
+    QSize sizeOfLargest() const;
+
     std::vector<std::unique_ptr<QLayoutItem>> m_items;
 };
 

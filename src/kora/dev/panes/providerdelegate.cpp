@@ -3,11 +3,13 @@
 
 #include <kora/dev/providers/providertable.h>
 
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QCompleter>
 #include <QtWidgets/QFileSystemModel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QSpinBox>
+#include <QtWidgets/QStyle>
 
 namespace KORA {
 namespace DEV {
@@ -113,6 +115,11 @@ void ProviderDelegate::setModelData(QWidget *editor, QAbstractItemModel *model,
 void ProviderDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
 {
     QStyledItemDelegate::initStyleOption(option, index);
+    if (index.column() == 0 && !index.data(ProviderTable::ProblemRole).toString().isEmpty()) {
+        const QStyle *style = option->widget ? option->widget->style() : QApplication::style();
+        option->features |= QStyleOptionViewItem::HasDecoration;
+        option->icon = style->standardIcon(QStyle::SP_MessageBoxWarning);
+    }
     // The colours of a state have to be seen on a selected row too.
     const QVariant background = index.data(Qt::BackgroundRole);
     if (background.isValid() && option->state.testFlag(QStyle::State_Selected)) {

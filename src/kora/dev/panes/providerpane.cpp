@@ -62,6 +62,14 @@ ProviderPane::ProviderPane(ProviderTable *rows, BenchClock *clock, const QString
     m_view->setCurrentIndex(rows->index(0, 0));
 }
 
+// An open editor would hand over its text while the pane is already going.
+ProviderPane::~ProviderPane()
+{
+    m_rows->disconnect(this);
+    m_view->selectionModel()->disconnect(this);
+    m_view->setModel(nullptr);
+}
+
 void ProviderPane::setUpView()
 {
     describeControl(m_view, prefixed("Table"), m_prefix, QString());
@@ -81,11 +89,7 @@ void ProviderPane::setUpView()
     m_view->verticalHeader()->setDefaultSectionSize(m_view->fontMetrics().height() + CellMargin);
     m_view->horizontalHeader()->setHighlightSections(false);
     m_view->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    m_view->resizeColumnsToContents();
-    const int least = m_view->fontMetrics().horizontalAdvance(QLatin1Char('0')) * 9;
-    for (int column = 0; column < m_rows->columnCount(); ++column) {
-        m_view->setColumnWidth(column, qMax(least, m_view->columnWidth(column) + CellMargin));
-    }
+    fitColumns();
     m_splitter->addWidget(m_view);
     connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this] { showProblem(QString()); });
@@ -93,13 +97,28 @@ void ProviderPane::setUpView()
             &ProviderPane::updateState);
 }
 
+void ProviderPane::fitColumns()
+{
+    const QFontMetrics metrics = m_view->fontMetrics();
+    const int least = metrics.horizontalAdvance(QLatin1Char('0')) * 8;
+    const int number = metrics.horizontalAdvance(QStringLiteral("86400000 ms")) + CellMargin;
+    m_view->resizeColumnsToContents();
+    for (int column = 0; column < m_rows->columnCount(); ++column) {
+        const bool isNumber = m_rows->columnEditor(column) == ProviderColumn::WholeNumberEditor;
+        m_view->setColumnWidth(column,
+                               qMax(isNumber ? number : least, m_view->columnWidth(column) + CellMargin));
+    }
+}
+
 void ProviderPane::setUpActions(const QString &noun)
 {
     QAction *add = addAction(QStringLiteral("Add"), tr("Add"), tr("Add a new %1").arg(noun), Qt::Key_Insert);
     connect(add, &QAction::triggered, this, &ProviderPane::addRow);
+    add->setIconText(QStringLiteral("+"));
     m_rowActions.removeOne(add);
     QAction *remove = addAction(QStringLiteral("Remove"), tr("Remove"), tr("Remove the selected rows"),
                                 QKeySequence::Delete);
+    remove->setIconText(QStringLiteral("\u2212"));
     connect(remove, &QAction::triggered, this, &ProviderPane::removeRows);
     QAction *duplicate = addAction(QStringLiteral("Duplicate"), tr("Duplicate"),
                                    tr("Add the same %1 under another name").arg(noun), Qt::CTRL + Qt::Key_D);

@@ -25,6 +25,8 @@ class KORA_EXPORT ProviderPane : public QWidget
     Q_OBJECT
 
 public:
+    ~ProviderPane() override;
+
     QTableView *table() const { return m_view; }
     /// The name of the row that has the focus; empty without one.
     QString currentName() const;
@@ -56,6 +58,7 @@ protected:
 
 private:
     void setUpView();
+    void fitColumns();
     void setUpActions(const QString &noun);
     void updateState();
 

@@ -43,7 +43,10 @@ TrendCurve::TrendCurve(Providers *providers, QWidget *parent)
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     m_update.setSingleShot(true);
     m_update.setInterval(UpdateMs);
-    connect(&m_update, &QTimer::timeout, this, QOverload<>::of(&QWidget::update));
+    connect(&m_update, &QTimer::timeout, this, [this] {
+        setToolTip(caption()); // in full
+        update();
+    });
     connect(providers->clock(), &BenchClock::ticked, this, &TrendCurve::updateSoon);
     connect(providers->trends(), &TrendTable::asked, this, &TrendCurve::updateSoon);
     connect(providers->trends(), &TrendTable::trendsChanged, this, &TrendCurve::updateSoon);
@@ -53,6 +56,7 @@ void TrendCurve::setTrend(const QString &name)
 {
     if (m_trend != name) {
         m_trend = name;
+        setToolTip(caption());
         update();
     }
 }
@@ -70,13 +74,15 @@ QString TrendCurve::caption() const
     if (!trends->contains(m_trend)) {
         return tr("No trend is selected");
     }
+    const QVariant value = trends->presentValue(m_trend);
+    const QString now = value.isValid() ? TagValues::shortText(value) : tr("no value");
     const TrendTable::Question *question = trends->lastQuestion(m_trend);
     if (!question) {
-        return tr("No widget has asked yet: the last minute");
+        return tr("Now %1; last minute, not asked yet").arg(now);
     }
-    return tr("Asked: %1 to %2, %3 values; got %4")
-        .arg(clockText(question->from), clockText(question->to), QString::number(question->count),
-             QString::number(question->answered));
+    return tr("Now %1; asked for %2, got %3: %4 to %5")
+        .arg(now, QString::number(question->count), QString::number(question->answered),
+             clockText(question->from), clockText(question->to));
 }
 
 TrendCurve::Curve TrendCurve::curve() const

@@ -22,8 +22,7 @@ TrendsPane::TrendsPane(Providers *providers, QWidget *parent)
     QAction *replay = addAction(QStringLiteral("Replay"), tr("Replay file\u2026"),
                                 tr("Choose a file of recorded values for the trend to play"));
     connect(replay, &QAction::triggered, this, &TrendsPane::chooseReplay);
-    describeControl(m_curve, prefixed("Curve"), tr("Curve of the trend"),
-                    tr("What a widget gets: for the span and count that were asked for last, in UTC"));
+    describeControl(m_curve, prefixed("Curve"), tr("Curve of the trend"), QString());
     splitter()->addWidget(m_curve);
     splitter()->setStretchFactor(0, 3);
     splitter()->setStretchFactor(1, 2);

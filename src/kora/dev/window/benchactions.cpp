@@ -68,6 +68,8 @@ const Spec specs[] = {
     {"canvasOnly", KORA_BENCH_TEXT("Page o&nly"), nullptr, "F11", Checkable, nullptr},
     {"nextPane", KORA_BENCH_TEXT("Ne&xt pane"), nullptr, "F6", 0, nullptr},
     {"previousPane", KORA_BENCH_TEXT("Pre&vious pane"), nullptr, "Shift+F6", 0, nullptr},
+    {"closePane", KORA_BENCH_TEXT("&Close pane"), nullptr, "Ctrl+W", 0, nullptr},
+    {"floatPane", KORA_BENCH_TEXT("Pane as a &window, or back"), nullptr, "Ctrl+Shift+W", 0, nullptr},
     {"resetLayout", KORA_BENCH_TEXT("Reset &layout"), nullptr, nullptr, 0, nullptr},
     {nullptr, nullptr, nullptr, nullptr, 0, nullptr},
     {"themeSystem", KORA_BENCH_TEXT("Theme as the s&ystem"), nullptr, nullptr, Checkable, "theme"},
@@ -85,8 +87,8 @@ const Spec specs[] = {
     {"sendBackward", KORA_BENCH_TEXT("Send &backward"), "down", "Ctrl+PgDown", CanvasKey, nullptr},
 
     {KORA_BENCH_TEXT("&Run"), nullptr, nullptr, nullptr, 0, nullptr},
-    {"studio", KORA_BENCH_TEXT("&Studio"), "studio", "Shift+F5", Checkable, "mode"},
-    {"runtime", KORA_BENCH_TEXT("&Runtime"), "runtime", "F5", Checkable, "mode"},
+    {"studio", KORA_BENCH_TEXT("&Studio"), "edit", "Shift+F5", Checkable, "mode"},
+    {"runtime", KORA_BENCH_TEXT("&Runtime"), "play", "F5", Checkable, "mode"},
     {nullptr, nullptr, nullptr, nullptr, 0, nullptr},
     {"touch", KORA_BENCH_TEXT("&Touch with the mouse"), "touch", "Ctrl+T", Checkable, nullptr},
     {"allKeys", KORA_BENCH_TEXT("All &keys to the widget"), nullptr, nullptr, Checkable, nullptr},
@@ -97,7 +99,7 @@ const Spec specs[] = {
     {KORA_BENCH_TEXT("&Help"), nullptr, nullptr, nullptr, 0, nullptr},
     {"palette", KORA_BENCH_TEXT("&Find action, widget or field..."), "palette", "Ctrl+Shift+P", 0, nullptr},
     {"shortcuts", KORA_BENCH_TEXT("&Keys and mouse"), "help", "F1", 0, nullptr},
-    {"about", KORA_BENCH_TEXT("What is &loaded"), "about", nullptr, 0, nullptr},
+    {"about", KORA_BENCH_TEXT("What is &loaded"), "info", nullptr, 0, nullptr},
 };
 
 const char *const canvasKeyTexts[] = {

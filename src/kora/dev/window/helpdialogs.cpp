@@ -5,6 +5,7 @@
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QHeaderView>
+#include <QtWidgets/QPushButton>
 #include <QtWidgets/QTreeWidget>
 #include <QtWidgets/QVBoxLayout>
 
@@ -23,21 +24,25 @@ QString tr(const char *text)
     return BenchActions::tr(text);
 }
 
-QTreeWidget *showTable(const QString &name, const QString &title, const QStringList &headers, QWidget *parent)
+QTreeWidget *showTable(const QString &name, const QString &title, const QStringList &headers,
+                       const QSize &size, QWidget *parent)
 {
     auto *dialog = new QDialog(parent);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setObjectName(name);
     dialog->setWindowTitle(title);
-    dialog->resize(620, 520);
+    dialog->resize(size);
     auto *table = new QTreeWidget(dialog);
     table->setObjectName(name + QLatin1String("Table"));
     table->setAccessibleName(title);
     table->setRootIsDecorated(false);
     table->setAlternatingRowColors(true);
+    table->setUniformRowHeights(true);
+    table->setStyleSheet(QStringLiteral("QTreeView::item { padding: 3px 4px; }"));
     table->setHeaderLabels(headers);
     table->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close, dialog);
+    buttons->button(QDialogButtonBox::Close)->setIcon({});
     QObject::connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::close);
     auto *layout = new QVBoxLayout(dialog);
     layout->addWidget(table);
@@ -57,7 +62,7 @@ void addRow(QTreeWidget *table, const QString &what, const QString &text)
 void showShortcuts(const BenchActions &actions, QWidget *parent)
 {
     QTreeWidget *table = showTable(QStringLiteral("shortcutList"), tr("Keys and mouse"),
-                                   {tr("Keys"), tr("What they do")}, parent);
+                                   {tr("Keys"), tr("What they do")}, {660, 560}, parent);
     const QVector<QAction *> all = actions.all();
     for (const QAction *action : all) {
         if (!action->shortcut().isEmpty()) {
@@ -73,8 +78,8 @@ void showShortcuts(const BenchActions &actions, QWidget *parent)
 
 void showAbout(INTERNAL::WidgetLibraryPluginData *plugin, const QString &buildTime, QWidget *parent)
 {
-    QTreeWidget *table =
-        showTable(QStringLiteral("aboutLibrary"), tr("What is loaded"), {tr("What"), tr("Value")}, parent);
+    QTreeWidget *table = showTable(QStringLiteral("aboutLibrary"), tr("What is loaded"),
+                                   {tr("What"), tr("Value")}, {660, 360}, parent);
     addRow(table, tr("Test bench with Qt"), QLatin1String(qVersion()));
     if (!plugin) {
         addRow(table, tr("Library"), tr("none"));

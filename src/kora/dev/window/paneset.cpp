@@ -19,6 +19,7 @@
 #include <kora/dev/panes/tagspane.h>
 #include <kora/dev/panes/trendspane.h>
 #include <kora/dev/panes/widgetspane.h>
+#include <kora/dev/window/panetitle.h>
 
 namespace KORA {
 namespace DEV {
@@ -27,7 +28,9 @@ namespace {
 
 const int leftWidth = 220;
 const int rightWidth = 370;
-const int bottomHeight = 190;
+const int upperHeight = 300;
+const int lowerHeight = 150;
+const int bottomHeight = 220;
 
 const PaneSet::Pane bottomPanes[] = {PaneSet::Console, PaneSet::Activity, PaneSet::Tags,    PaneSet::Trends,
                                      PaneSet::Alarms,  PaneSet::History,  PaneSet::Problems};
@@ -40,6 +43,9 @@ PaneSet::PaneSet(QMainWindow *window, ConsoleModel *console)
     , m_docks(PaneCount, nullptr)
     , m_console(console)
 {
+    m_titleBarTimer.setSingleShot(true);
+    m_titleBarTimer.setInterval(0);
+    connect(&m_titleBarTimer, &QTimer::timeout, this, &PaneSet::updateTitleBars);
     window->setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
     window->setCorner(Qt::BottomLeftCorner, Qt::BottomDockWidgetArea);
     window->setDockOptions(QMainWindow::AnimatedDocks | QMainWindow::AllowTabbedDocks
@@ -76,6 +82,10 @@ void PaneSet::addDock(Pane pane, const QString &name, const QString &title, Qt::
     dock->setAccessibleName(title);
     m_window->addDockWidget(area, dock);
     m_docks[pane] = dock;
+    const auto updateSoon = QOverload<>::of(&QTimer::start);
+    connect(dock, &QDockWidget::topLevelChanged, &m_titleBarTimer, updateSoon);
+    connect(dock, &QDockWidget::dockLocationChanged, &m_titleBarTimer, updateSoon);
+    connect(dock, &QDockWidget::visibilityChanged, &m_titleBarTimer, updateSoon);
 }
 
 void PaneSet::setPane(Pane pane, QWidget *widget)
@@ -137,7 +147,8 @@ void PaneSet::resetLayout()
     first->raise();
     applyNarrow();
     m_window->resizeDocks({dock(Widgets), dock(Fields)}, {leftWidth, rightWidth}, Qt::Horizontal);
-    m_window->resizeDocks({first}, {bottomHeight}, Qt::Vertical);
+    m_window->resizeDocks({dock(Widgets), dock(Instances), first}, {upperHeight, lowerHeight, bottomHeight},
+                          Qt::Vertical);
 }
 
 void PaneSet::adaptToWidth(int width)
@@ -163,7 +174,55 @@ void PaneSet::applyNarrow()
         m_window->tabifyDockWidget(upper, lower);
         upper->raise();
     } else if (!m_isNarrow && areTabs) {
-        m_window->splitDockWidget(upper, lower, Qt::Vertical);
+        // Splitting would keep it a tab.
+        const bool isShown = !lower->isHidden();
+        m_window->removeDockWidget(lower);
+        m_window->addDockWidget(Qt::LeftDockWidgetArea, lower, Qt::Vertical);
+        lower->setVisible(isShown);
+    }
+}
+
+void PaneSet::updateTitleBars()
+{
+    // A tab says the name already; a title would say it again.
+    for (QDockWidget *each : qAsConst(m_docks)) {
+        const bool isTab = !each->isFloating() && !m_window->tabifiedDockWidgets(each).isEmpty();
+        QWidget *present = each->titleBarWidget();
+        if (present && isTab != (qobject_cast<PaneTitle *>(present) != nullptr)) {
+            continue;
+        }
+        each->setTitleBarWidget(isTab ? new QWidget(each) : new PaneTitle(each));
+        delete present;
+    }
+    const auto bars = m_window->findChildren<QTabBar *>(QString(), Qt::FindDirectChildrenOnly);
+    for (QTabBar *bar : bars) {
+        bar->setAccessibleName(tr("Panes"));
+        bar->setDocumentMode(true);
+        bar->setExpanding(false);
+    }
+}
+
+QDockWidget *PaneSet::focusedDock() const
+{
+    for (QDockWidget *each : m_docks) {
+        if (each->isAncestorOf(QApplication::focusWidget())) {
+            return each;
+        }
+    }
+    return nullptr;
+}
+
+void PaneSet::closeFocused()
+{
+    if (QDockWidget *focused = focusedDock()) {
+        focused->close();
+    }
+}
+
+void PaneSet::floatFocused()
+{
+    if (QDockWidget *focused = focusedDock()) {
+        focused->setFloating(!focused->isFloating());
     }
 }
 

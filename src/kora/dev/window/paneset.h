@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QtCore/QObject>
+#include <QtCore/QTimer>
 #include <QtCore/QVector>
 #include <QtWidgets/QDockWidget>
 
@@ -9,7 +10,6 @@
 
 class QMainWindow;
 class QMenu;
-class QShortcut;
 
 namespace KORA {
 namespace DEV {
@@ -70,14 +70,18 @@ public:
     void show(Pane pane);
     /// Gives the next pane that can be seen the keys, after the last one the page.
     void focusNext(bool isForward);
+    /// Of the pane that has the keys.
+    void closeFocused();
+    void floatFocused();
     /// What shows and hides each pane.
     void fill(QMenu *menu) const;
 
 private:
     void addDock(Pane pane, const QString &name, const QString &title, Qt::DockWidgetArea area);
     void setPane(Pane pane, QWidget *widget);
-    void connectPanes();
     void applyNarrow();
+    void updateTitleBars();
+    QDockWidget *focusedDock() const;
 
     QMainWindow *m_window;
     QVector<QDockWidget *> m_docks;
@@ -86,6 +90,7 @@ private:
     InstancesPane *m_instances = nullptr;
     FieldsPane *m_fields = nullptr;
     ProblemsPane *m_problems = nullptr;
+    QTimer m_titleBarTimer;
     bool m_isNarrow = false;
     QByteArray m_layoutBeforeCanvasOnly;
 };

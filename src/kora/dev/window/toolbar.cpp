@@ -69,6 +69,11 @@ BenchToolBar::BenchToolBar(const BenchActions &actions, QWidget *parent)
     for (const char *const name : {"reload", "savePicture", "palette"}) {
         addAction(actions[name]);
     }
+    // What has no room.
+    auto *more = findChild<QToolButton *>(QStringLiteral("qt_toolbar_ext_button"));
+    more->setIcon(benchIcon("down"));
+    more->setAccessibleName(tr("More tools"));
+    more->setToolTip(tr("More tools"));
     const QList<QToolButton *> buttons = findChildren<QToolButton *>();
     for (QToolButton *button : buttons) {
         button->setFocusPolicy(Qt::TabFocus);

@@ -47,6 +47,8 @@ void WidgetLibraryPluginTestWidgetPrivate::connectActions()
     on("redo", [this] { document->undoStack()->redo(); });
     on("nextPane", [this] { panes.focusNext(true); });
     on("previousPane", [this] { panes.focusNext(false); });
+    on("closePane", [this] { panes.closeFocused(); });
+    on("floatPane", [this] { panes.floatFocused(); });
     on("resetLayout", [this] { panes.resetLayout(); });
     on("reload", [this] { Q_EMIT owner->reloadRequested(true); });
     on("reloadFresh", [this] { Q_EMIT owner->reloadRequested(false); });

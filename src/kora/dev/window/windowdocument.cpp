@@ -24,10 +24,28 @@ namespace DEV {
 
 using Window = WidgetLibraryPluginTestWidget;
 
-void WidgetLibraryPluginTestWidgetPrivate::setDocument(std::unique_ptr<BenchDocument> newDocument)
+namespace {
+
+const int changeInterval = 50; // milliseconds
+
+} // namespace
+
+void WidgetLibraryPluginTestWidgetPrivate::dropDocument()
 {
+    if (!document) {
+        return;
+    }
+    // What shows the document goes before it; what it says while it goes is of no interest.
+    document->disconnect(owner);
+    document->undoStack()->disconnect(owner);
     delete canvas;
     panes.dropDocument();
+    document.reset();
+}
+
+void WidgetLibraryPluginTestWidgetPrivate::setDocument(std::unique_ptr<BenchDocument> newDocument)
+{
+    dropDocument();
     document = std::move(newDocument);
     canvas = new CanvasView(document.get());
     canvas->setObjectName(QStringLiteral("canvas"));
@@ -56,9 +74,13 @@ void WidgetLibraryPluginTestWidgetPrivate::setDocument(std::unique_ptr<BenchDocu
 void WidgetLibraryPluginTestWidgetPrivate::connectDocument()
 {
     BenchDocument *doc = document.get();
-    const auto onSelection = [this] { updateActions(); };
-    QObject::connect(doc, &BenchDocument::selectionChanged, owner, onSelection);
-    QObject::connect(doc, &BenchDocument::changed, owner, onSelection);
+    QObject::connect(doc, &BenchDocument::selectionChanged, owner, [this] { updateActions(); });
+    // A plugin may write thousands of values a second.
+    QObject::connect(doc, &BenchDocument::changed, owner, [this] {
+        if (!changeTimer.isActive()) {
+            changeTimer.start(changeInterval);
+        }
+    });
     QObject::connect(doc, &BenchDocument::loaded, owner, [this] {
         updatePage();
         updateMode();
@@ -140,7 +162,9 @@ void WidgetLibraryPluginTestWidgetPrivate::updateActions()
         actions[name]->setEnabled(isSelected);
     }
     const bool isOpen = document->plugin() != nullptr;
-    for (const char *const name : {"saveScenario", "saveScenarioAs", "savePicture", "openScenario"}) {
+    for (const char *const name :
+         {"saveScenario", "saveScenarioAs", "savePicture", "openScenario", "studio", "runtime", "touch",
+          "grid", "zoomIn", "zoomOut", "zoom100", "fitPage", "rotatePage", "paste", "selectAll"}) {
         actions[name]->setEnabled(isOpen);
     }
 }
@@ -176,6 +200,8 @@ void WidgetLibraryPluginTestWidgetPrivate::updateTitle()
 void WidgetLibraryPluginTestWidgetPrivate::updateLibraryStatus()
 {
     const INTERNAL::WidgetLibraryPluginData *plugin = document->plugin();
+    console.setSourceName(plugin->metaInformation()->id(),
+                          plugin->metaInformation()->name().get(document->language(), true));
     const QDateTime built = QFileInfo(plugin->libraryPath()).lastModified();
     buildTime = built.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
     statusLine->setLibrary(
