@@ -10,7 +10,7 @@ set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 set(generated_dir ${PROJECT_BINARY_DIR}/package)
 
 # The library, its headers, and the target that projects link
-install(TARGETS KRPluginLibrary
+install(TARGETS KRPluginLibrary TestKit
     EXPORT KRPluginLibraryTargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
