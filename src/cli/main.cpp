@@ -53,6 +53,8 @@ int main(int argc, char **argv)
     app.formatter(std::make_shared<HelpFormatter>());
 
     CommandRun run;
+    addNewCommand(app, run);
+    addTranslationsCommand(app, run);
     addListCommand(app, run);
     addDescribeCommand(app, run);
     addRenderCommand(app, run);
