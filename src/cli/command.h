@@ -18,7 +18,9 @@ enum ExitCode : int {
 using CommandRun = std::function<int()>;
 
 /// Each adds its subcommand; parsing a command line that names it stores the work in @p run.
+void addDoctorCommand(CLI::App &app, CommandRun &run);
 void addNewCommand(CLI::App &app, CommandRun &run);
+void addPackCommand(CLI::App &app, CommandRun &run);
 void addTranslationsCommand(CLI::App &app, CommandRun &run);
 void addListCommand(CLI::App &app, CommandRun &run);
 void addDescribeCommand(CLI::App &app, CommandRun &run);

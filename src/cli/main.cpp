@@ -53,8 +53,10 @@ int main(int argc, char **argv)
     app.formatter(std::make_shared<HelpFormatter>());
 
     CommandRun run;
+    addDoctorCommand(app, run);
     addNewCommand(app, run);
     addTranslationsCommand(app, run);
+    addPackCommand(app, run);
     addListCommand(app, run);
     addDescribeCommand(app, run);
     addRenderCommand(app, run);
