@@ -177,7 +177,7 @@ void checkPackage(Report &report)
     QDirIterator package(prefix.filePath(QStringLiteral("lib")), {config}, QDir::Files,
                          QDirIterator::Subdirectories);
     if (package.hasNext()) {
-        report.fine(QStringLiteral("CMake package"), QFileInfo(package.next()).path());
+        report.fine(QStringLiteral("CMake package"), QDir::cleanPath(QFileInfo(package.next()).path()));
     } else {
         report.bad(QStringLiteral("CMake package"), QStringLiteral("none beside this command"),
                    QStringLiteral("install the development files, and use the command beside them"));

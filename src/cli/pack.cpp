@@ -5,9 +5,9 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QSaveFile>
 
-#include "archive.h"
 #include "command.h"
 #include "output.h"
+#include "pluginarchive.h"
 #include "pluginfolder.h"
 
 #include <memory>

@@ -262,10 +262,10 @@ QString translationSheetText(const QString &header, const QVector<TranslationRow
                 fields.append(field);
                 continue;
             }
-            faults.append(
-                fault(path, row.line, QStringLiteral("translation-unwritable"),
-                      QStringLiteral("\"%1\" cannot be written into a translation file").arg(text),
-                      QStringLiteral("texts have one line, and none begins with a quote before a comma")));
+            faults.append(fault(
+                path, row.line, QStringLiteral("translation-unwritable"),
+                QStringLiteral("\"%1\" cannot be written into a translation file").arg(text),
+                QStringLiteral("texts have one line; with quotes at the edge only some can be written")));
         }
         if (fields.size() == fieldsPerRow) {
             content += fields.join(comma) + QLatin1Char('\n');

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QtCore/QDir>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 
@@ -16,9 +15,6 @@ inline void useOffscreenPlatform()
 {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) { // Qt complains where no session has set it
-        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(QDir::tempPath()));
     }
     qputenv("QT_FONT_DPI", "96");
     qunsetenv("QT_SCALE_FACTOR");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "archive.h"
+#include "pluginarchive.h"
 
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QDir>
