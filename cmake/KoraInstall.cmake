@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 #
 # What `cmake --install` puts under the prefix. Nothing in it names the prefix: the tree may be moved as a whole.
-# Widget libraries and the kora command install themselves.
+# Widget libraries and the kora command install themselves. What names no component is for development.
 
 include(CMakePackageConfigHelpers)
 
@@ -12,7 +12,7 @@ set(generated_dir ${PROJECT_BINARY_DIR}/package)
 # The library, its headers, and the target that projects link
 install(TARGETS KRPluginLibrary TestKit
     EXPORT KRPluginLibraryTargets
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
     FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
 )
 install(EXPORT KRPluginLibraryTargets NAMESPACE KRPluginLibrary:: DESTINATION ${package_dir})
@@ -49,10 +49,12 @@ configure_file(${PROJECT_SOURCE_DIR}/cmake/KRPluginLibrary.pc.in ${generated_dir
 install(FILES ${generated_dir}/KRPluginLibrary.pc DESTINATION ${pkgconfig_dir})
 
 # The command finds the library beside it
-if(TARGET kora)
+if(TARGET kora AND NOT KORA_DEBIAN_PATHS)
     cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY ${CMAKE_INSTALL_FULL_BINDIR} OUTPUT_VARIABLE bin_to_lib)
     set_target_properties(kora PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
 endif()
 
 install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} OPTIONAL)
 install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} OPTIONAL)
+
+include(cmake/KoraPackages.cmake)

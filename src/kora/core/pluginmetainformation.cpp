@@ -6,6 +6,28 @@
 namespace KORA {
 namespace INTERNAL {
 
+class PluginMetaInformationPrivate : public QSharedData
+{
+public:
+    TranslationStringType name;
+    QString id;
+    QString author;
+    VersionType version;
+    TranslationStringType copyright;
+    TranslationStringType description;
+    TranslationStringType license;
+    QString defaultLanguage = QStringLiteral("en-US");
+    QStringList translation;
+};
+
+PluginMetaInformation::PluginMetaInformation()
+    : d(new PluginMetaInformationPrivate)
+{}
+
+PluginMetaInformation::PluginMetaInformation(const PluginMetaInformation &other) = default;
+
+PluginMetaInformation &PluginMetaInformation::operator=(const PluginMetaInformation &other) = default;
+
 PluginMetaInformation::~PluginMetaInformation() = default;
 
 void PluginMetaInformation::init(const TranslationStringType &name, const QString &id, const QString &author,
@@ -14,33 +36,78 @@ void PluginMetaInformation::init(const TranslationStringType &name, const QStrin
                                  const TranslationStringType &license, const QString &defaultLanguage,
                                  const QStringList &translation)
 {
-    m_name = name;
-    m_id = id;
-    m_author = author;
-    m_version = version;
-    m_copyright = copyright;
-    m_description = description;
-    m_license = license;
-    m_defaultLanguage = defaultLanguage;
-    m_translation = translation;
+    d->name = name;
+    d->id = id;
+    d->author = author;
+    d->version = version;
+    d->copyright = copyright;
+    d->description = description;
+    d->license = license;
+    d->defaultLanguage = defaultLanguage;
+    d->translation = translation;
+}
+
+const PluginMetaInformation::TranslationStringType &PluginMetaInformation::name() const
+{
+    return d->name;
+}
+
+const QString &PluginMetaInformation::id() const
+{
+    return d->id;
+}
+
+const QString &PluginMetaInformation::author() const
+{
+    return d->author;
+}
+
+const PluginMetaInformation::VersionType &PluginMetaInformation::version() const
+{
+    return d->version;
+}
+
+const PluginMetaInformation::TranslationStringType &PluginMetaInformation::copyright() const
+{
+    return d->copyright;
+}
+
+const PluginMetaInformation::TranslationStringType &PluginMetaInformation::description() const
+{
+    return d->description;
+}
+
+const PluginMetaInformation::TranslationStringType &PluginMetaInformation::license() const
+{
+    return d->license;
+}
+
+const QString &PluginMetaInformation::defaultLanguage() const
+{
+    return d->defaultLanguage;
+}
+
+const QStringList &PluginMetaInformation::translation() const
+{
+    return d->translation;
 }
 
 QList<PluginMetaInformation::TranslationStringType>
 PluginMetaInformation::translatableStrings(const QString &language) const
 {
     QList<TranslationStringType> list;
-    addTranslatableStringToList(list, m_name, language);
+    addTranslatableStringToList(list, d->name, language);
     return list;
 }
 
 void PluginMetaInformation::clear()
 {
-    m_name.clear();
-    m_id.clear();
-    m_author.clear();
-    m_version = VersionType();
-    m_defaultLanguage = QStringLiteral("en-US");
-    m_translation.clear();
+    d->name.clear();
+    d->id.clear();
+    d->author.clear();
+    d->version = VersionType();
+    d->defaultLanguage = QStringLiteral("en-US");
+    d->translation.clear();
 }
 
 void PluginMetaInformation::addTranslatableStringToList(QList<TranslationStringType> &list,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QtCore/QList>
+#include <QtCore/QSharedDataPointer>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
@@ -12,6 +13,8 @@
 namespace KORA {
 namespace INTERNAL {
 
+class PluginMetaInformationPrivate;
+
 /// Who and what a plugin is, as its metadata says. PluginUtils::metaInformationFromMetaData() fills it.
 class KORA_EXPORT PluginMetaInformation
 {
@@ -19,9 +22,9 @@ public:
     using VersionType = INTERNAL::VersionType;
     using TranslationStringType = INTERNAL::TranslationStringType;
 
-    PluginMetaInformation() = default;
-    PluginMetaInformation(const PluginMetaInformation &) = default;
-    PluginMetaInformation &operator=(const PluginMetaInformation &) = default;
+    PluginMetaInformation();
+    PluginMetaInformation(const PluginMetaInformation &other);
+    PluginMetaInformation &operator=(const PluginMetaInformation &other);
     virtual ~PluginMetaInformation();
 
     /// Assigns all fields.
@@ -30,18 +33,18 @@ public:
               const TranslationStringType &description, const TranslationStringType &license,
               const QString &defaultLanguage, const QStringList &translation);
 
-    const TranslationStringType &name() const { return m_name; }
+    const TranslationStringType &name() const;
     /// The plugin's UUID as its metadata spells it, without braces; also the name of its folder.
-    const QString &id() const { return m_id; }
-    const QString &author() const { return m_author; }
-    const VersionType &version() const { return m_version; }
-    const TranslationStringType &copyright() const { return m_copyright; }
-    const TranslationStringType &description() const { return m_description; }
-    const TranslationStringType &license() const { return m_license; }
+    const QString &id() const;
+    const QString &author() const;
+    const VersionType &version() const;
+    const TranslationStringType &copyright() const;
+    const TranslationStringType &description() const;
+    const TranslationStringType &license() const;
     /// The language that the metadata's texts are written in.
-    const QString &defaultLanguage() const { return m_defaultLanguage; }
+    const QString &defaultLanguage() const;
     /// The languages that the plugin lists translation files for.
-    const QStringList &translation() const { return m_translation; }
+    const QStringList &translation() const;
 
     /// The texts to be translated, each pair of (text in @p language, comment) once. Here: the name.
     virtual QList<TranslationStringType> translatableStrings(const QString &language) const;
@@ -55,15 +58,7 @@ public:
                                             const TranslationStringType &text, const QString &language);
 
 private:
-    TranslationStringType m_name;
-    QString m_id;
-    QString m_author;
-    VersionType m_version;
-    TranslationStringType m_copyright;
-    TranslationStringType m_description;
-    TranslationStringType m_license;
-    QString m_defaultLanguage = QStringLiteral("en-US");
-    QStringList m_translation;
+    QSharedDataPointer<PluginMetaInformationPrivate> d;
 };
 
 } // namespace INTERNAL

@@ -9,6 +9,16 @@
 namespace KORA {
 namespace INTERNAL {
 
+class WidgetLibraryPluginMetaInformationPrivate : public QSharedData
+{
+public:
+    WidgetLibraryPluginMetaInformation::WidgetMap widgets;
+    QList<TranslationStringType> pageGroups;
+    QList<TranslationStringType> projectGroups;
+    bool pageDefaultGroupIsUsed = false;
+    bool projectDefaultGroupIsUsed = false;
+};
+
 namespace {
 
 const char *const tagTypeNames[] = {
@@ -68,27 +78,64 @@ void addFieldTexts(const FieldMetaInformation &field, TranslatableStringList &te
 
 } // namespace
 
+WidgetLibraryPluginMetaInformation::WidgetLibraryPluginMetaInformation()
+    : d(new WidgetLibraryPluginMetaInformationPrivate)
+{}
+
+WidgetLibraryPluginMetaInformation::WidgetLibraryPluginMetaInformation(
+    const WidgetLibraryPluginMetaInformation &other) = default;
+
+WidgetLibraryPluginMetaInformation &
+WidgetLibraryPluginMetaInformation::operator=(const WidgetLibraryPluginMetaInformation &other) = default;
+
+WidgetLibraryPluginMetaInformation::~WidgetLibraryPluginMetaInformation() = default;
+
 void WidgetLibraryPluginMetaInformation::init(const WidgetMap &widgets)
 {
-    m_widgets = widgets;
-    m_pageGroups.clear();
-    m_projectGroups.clear();
-    m_pageDefaultGroupIsUsed = false;
-    m_projectDefaultGroupIsUsed = false;
+    d->widgets = widgets;
+    d->pageGroups.clear();
+    d->projectGroups.clear();
+    d->pageDefaultGroupIsUsed = false;
+    d->projectDefaultGroupIsUsed = false;
     const auto latest = latestVersions(widgets);
     for (const WidgetMetaInformation &widget : latest) {
         if (widget.showInPageGallery()) {
-            addGroup(widget.galleryGroupName(), m_pageGroups, m_pageDefaultGroupIsUsed);
+            addGroup(widget.galleryGroupName(), d->pageGroups, d->pageDefaultGroupIsUsed);
         }
         if (widget.showInProjectGallery()) {
-            addGroup(widget.galleryGroupName(), m_projectGroups, m_projectDefaultGroupIsUsed);
+            addGroup(widget.galleryGroupName(), d->projectGroups, d->projectDefaultGroupIsUsed);
         }
     }
 }
 
+const WidgetLibraryPluginMetaInformation::WidgetMap &WidgetLibraryPluginMetaInformation::widgets() const
+{
+    return d->widgets;
+}
+
+const QList<TranslationStringType> &WidgetLibraryPluginMetaInformation::pageWidgetsGalleryGroups() const
+{
+    return d->pageGroups;
+}
+
+const QList<TranslationStringType> &WidgetLibraryPluginMetaInformation::projectWidgetsGalleryGroups() const
+{
+    return d->projectGroups;
+}
+
+bool WidgetLibraryPluginMetaInformation::pageWidgetsDefaultGalleryGroupIsUsed() const
+{
+    return d->pageDefaultGroupIsUsed;
+}
+
+bool WidgetLibraryPluginMetaInformation::projectWidgetsDefaultGalleryGroupIsUsed() const
+{
+    return d->projectDefaultGroupIsUsed;
+}
+
 QMap<QString, WidgetMetaInformation> WidgetLibraryPluginMetaInformation::widgetsLatestVersion() const
 {
-    return latestVersions(m_widgets);
+    return latestVersions(d->widgets);
 }
 
 QList<TranslationStringType>
@@ -96,7 +143,7 @@ WidgetLibraryPluginMetaInformation::translatableStrings(const QString &language)
 {
     QList<TranslationStringType> list = PluginMetaInformation::translatableStrings(language);
     TranslatableStringList texts(list, language);
-    for (const WidgetMetaInformation &widget : m_widgets) {
+    for (const WidgetMetaInformation &widget : qAsConst(d->widgets)) {
         texts.add(widget.display());
         texts.add(widget.description());
         texts.add(widget.galleryGroupName());
@@ -111,7 +158,7 @@ WidgetLibraryPluginMetaInformation::translatableStrings(const QString &language)
 void WidgetLibraryPluginMetaInformation::clear()
 {
     PluginMetaInformation::clear();
-    m_widgets.clear();
+    d->widgets.clear();
 }
 
 QString WidgetLibraryPluginMetaInformation::fieldTypeToString(FieldType type)

@@ -13,6 +13,8 @@
 namespace KORA {
 namespace INTERNAL {
 
+class WidgetLibraryPluginMetaInformationPrivate;
+
 /// What a widget library's metadata declares: the generic part, its widgets and the gallery groups that the
 /// design tool offers them in. WidgetLibraryPluginUtils::metaInformationFromMetaData() fills it.
 class KORA_EXPORT WidgetLibraryPluginMetaInformation : public PluginMetaInformation
@@ -29,17 +31,22 @@ public:
     using WidgetKey = QPair<QString, QString>;
     using WidgetMap = QMap<WidgetKey, WidgetMetaInformation>;
 
+    WidgetLibraryPluginMetaInformation();
+    WidgetLibraryPluginMetaInformation(const WidgetLibraryPluginMetaInformation &other);
+    WidgetLibraryPluginMetaInformation &operator=(const WidgetLibraryPluginMetaInformation &other);
+    ~WidgetLibraryPluginMetaInformation() override;
+
     using PluginMetaInformation::init;
     /// Sets the widgets and derives the gallery groups from the latest version of each, in widget-id order.
     void init(const WidgetMap &widgets);
 
-    const WidgetMap &widgets() const { return m_widgets; }
+    const WidgetMap &widgets() const;
     /// The named groups of the widgets that are shown in the page gallery, each once.
-    const QList<TranslationStringType> &pageWidgetsGalleryGroups() const { return m_pageGroups; }
-    const QList<TranslationStringType> &projectWidgetsGalleryGroups() const { return m_projectGroups; }
+    const QList<TranslationStringType> &pageWidgetsGalleryGroups() const;
+    const QList<TranslationStringType> &projectWidgetsGalleryGroups() const;
     /// Whether a widget that is shown in the page gallery names no group.
-    bool pageWidgetsDefaultGalleryGroupIsUsed() const { return m_pageDefaultGroupIsUsed; }
-    bool projectWidgetsDefaultGalleryGroupIsUsed() const { return m_projectDefaultGroupIsUsed; }
+    bool pageWidgetsDefaultGalleryGroupIsUsed() const;
+    bool projectWidgetsDefaultGalleryGroupIsUsed() const;
 
     /// Widget id to the widget in its highest version; by numbers, so 1.10.0 comes after 1.9.0.
     QMap<QString, WidgetMetaInformation> widgetsLatestVersion() const;
@@ -61,11 +68,7 @@ public:
     static bool fieldTypeCanBeUsedInARequirementsExpression(FieldType type);
 
 private:
-    WidgetMap m_widgets;
-    QList<TranslationStringType> m_pageGroups;
-    QList<TranslationStringType> m_projectGroups;
-    bool m_pageDefaultGroupIsUsed = false;
-    bool m_projectDefaultGroupIsUsed = false;
+    QSharedDataPointer<WidgetLibraryPluginMetaInformationPrivate> d;
 };
 
 } // namespace INTERNAL

@@ -10,23 +10,54 @@
 namespace KORA {
 namespace INTERNAL {
 
+class PluginDataPrivate
+{
+public:
+    PluginData::Type type;
+    QString libraryPath;
+    std::unique_ptr<QPluginLoader> loader;
+    KORA::Plugin *instance; // Qt's loader deletes it
+    std::unique_ptr<PluginMetaInformation> metaInformation;
+    double loadingTimeMs;
+};
+
 PluginData::PluginData(Type type, const QString &libraryPath, QPluginLoader *loader, KORA::Plugin *instance,
                        PluginMetaInformation *metaInformation, double loadingTimeMs)
-    : m_type(type)
-    , m_libraryPath(libraryPath)
-    , m_loader(loader)
-    , m_loadingTimeMs(loadingTimeMs)
-    , m_instance(instance)
-    , m_metaInformation(metaInformation)
+    : d(new PluginDataPrivate{type, libraryPath, std::unique_ptr<QPluginLoader>(loader), instance,
+                              std::unique_ptr<PluginMetaInformation>(metaInformation), loadingTimeMs})
 {}
 
 PluginData::~PluginData()
 {
-    m_metaInformation.reset();
-    m_instance = nullptr; // Qt's loader deletes it
-    if (m_loader && m_loader->isLoaded()) {
-        m_loader->unload();
+    d->metaInformation.reset();
+    if (d->loader && d->loader->isLoaded()) {
+        d->loader->unload();
     }
+}
+
+PluginData::Type PluginData::type() const
+{
+    return d->type;
+}
+
+const QString &PluginData::libraryPath() const
+{
+    return d->libraryPath;
+}
+
+KORA::Plugin *PluginData::instance() const
+{
+    return d->instance;
+}
+
+PluginMetaInformation *PluginData::metaInformation() const
+{
+    return d->metaInformation.get();
+}
+
+double PluginData::loadingTimeMs() const
+{
+    return d->loadingTimeMs;
 }
 
 WidgetLibraryPluginData *PluginData::toWidgetLibraryPluginData()

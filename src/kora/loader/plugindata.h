@@ -16,6 +16,7 @@ class WidgetLibraryPlugin;
 
 namespace INTERNAL {
 
+class PluginDataPrivate;
 class PluginMetaInformation;
 class WidgetLibraryPluginData;
 class WidgetLibraryPluginMetaInformation;
@@ -35,25 +36,20 @@ public:
     PluginData &operator=(const PluginData &) = delete;
     virtual ~PluginData();
 
-    Type type() const { return m_type; }
+    Type type() const;
     /// The absolute path of the plugin's library file.
-    const QString &libraryPath() const { return m_libraryPath; }
-    KORA::Plugin *instance() const { return m_instance; }
-    PluginMetaInformation *metaInformation() const { return m_metaInformation.get(); }
+    const QString &libraryPath() const;
+    KORA::Plugin *instance() const;
+    PluginMetaInformation *metaInformation() const;
     /// What loading took, in milliseconds.
-    double loadingTimeMs() const { return m_loadingTimeMs; }
+    double loadingTimeMs() const;
 
     /// The same record; nothing is checked, every record of a loader is one of a widget library.
     WidgetLibraryPluginData *toWidgetLibraryPluginData();
     const WidgetLibraryPluginData *toWidgetLibraryPluginData() const;
 
 private:
-    Type m_type;
-    QString m_libraryPath;
-    std::unique_ptr<QPluginLoader> m_loader;
-    double m_loadingTimeMs;
-    KORA::Plugin *m_instance;
-    std::unique_ptr<PluginMetaInformation> m_metaInformation;
+    std::unique_ptr<PluginDataPrivate> d;
 };
 
 class KORA_EXPORT WidgetLibraryPluginData : public PluginData

@@ -18,14 +18,14 @@ struct Finding
     };
 
     Severity severity = Error;
-    QString rule;     ///< stable name of the check, such as "metadata", "unknown-key", "load-crash"
-    int code = 0;     ///< what the library's parser returned
-    QString message;  ///< what is wrong, in one sentence without full stop
-    QString hint;     ///< what to do about it
-    QString file;     ///< the file to open
-    int line = 0;     ///< from 1
-    int column = 0;   ///< from 1, in characters
-    QString pointer;  ///< JSON pointer into the metadata, such as "/MetaData/widgets/0/id"
+    QString rule;    ///< stable name of the check, such as "metadata", "unknown-key", "load-crash"
+    int code = 0;    ///< what the library's parser returned
+    QString message; ///< what is wrong, in one sentence without full stop
+    QString hint;    ///< what to do about it
+    QString file;    ///< the file to open
+    int line = 0;    ///< from 1
+    int column = 0;  ///< from 1, in characters
+    QString pointer; ///< JSON pointer into the metadata, such as "/MetaData/widgets/0/id"
     QString widgetId;
     QString widgetVersion;
     QString fieldId;

@@ -1,0 +1,699 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "benchdocument.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+
+#include <kora/core/widgetlibrarypluginmetainformation.h>
+#include <kora/core/widgetlibrarypluginutils.h>
+#include <kora/dev/model/benchedit.h>
+#include <kora/dev/model/fieldvaluejson.h>
+#include <kora/dev/providers/alarmtable.h>
+#include <kora/dev/providers/providers.h>
+#include <kora/dev/providers/tagtable.h>
+#include <kora/loader/plugindata.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace KORA {
+namespace DEV {
+
+using namespace INTERNAL;
+
+namespace {
+
+const QSizeF fallbackSize(120, 80); // of widgets without a default size
+
+QRectF wholePixels(const QRectF &rect)
+{
+    return {std::round(rect.x()), std::round(rect.y()), std::max(1.0, std::round(rect.width())),
+            std::max(1.0, std::round(rect.height()))};
+}
+
+QString mergeKey(const QString &what, int gesture)
+{
+    return gesture == 0 ? QString() : QStringLiteral("%1 %2").arg(gesture).arg(what);
+}
+
+} // namespace
+
+BenchDocument::BenchDocument(WidgetLibraryPluginData *plugin, QObject *parent)
+    : QObject(parent)
+    , m_plugin(plugin)
+    , m_providers(std::make_unique<Providers>())
+    , m_language(plugin ? plugin->metaInformation()->defaultLanguage() : QStringLiteral("en-US"))
+{
+    applyPage(m_page);
+    m_providersBefore = m_providers->toJson();
+    connect(m_providers.get(), &Providers::edited, this, &BenchDocument::onProvidersEdited);
+    connect(m_providers->tags(), &TagTable::valueChanged, this,
+            [this](const QString &tag, const QVariant &value) {
+                const auto widgets = m_widgets; // a handler may place or remove some
+                for (PlacedWidget *widget : widgets) {
+                    widget->onTagChanged(tag, value);
+                }
+            });
+    connect(m_providers->alarms(), &AlarmTable::alarmChanged, this, [this](const AlarmInfo &alarm) {
+        const auto widgets = m_widgets;
+        for (PlacedWidget *widget : widgets) {
+            if (widget->info().receiveAlarmsEvents()) {
+                widget->deliverAlarm(alarm);
+            }
+        }
+    });
+}
+
+BenchDocument::~BenchDocument()
+{
+    m_undoStack.clear();
+    // While the scene and the providers are there.
+    qDeleteAll(m_widgets);
+    m_widgets.clear();
+}
+
+void BenchDocument::push(const QString &text, const QString &mergeKey, const std::function<void()> &redo,
+                         const std::function<void()> &undo)
+{
+    m_undoStack.push(new BenchEdit(text, mergeKey, redo, undo));
+    emit changed();
+}
+
+// Page ----------------------------------------------------------------------------------------------------------
+
+void BenchDocument::setMode(BenchMode mode)
+{
+    if (mode == m_mode) {
+        return;
+    }
+    m_mode = mode;
+    const auto widgets = m_widgets;
+    for (PlacedWidget *widget : widgets) {
+        widget->makeInstance(widget->problem().rule == QLatin1String("stopped"));
+    }
+    emit modeChanged();
+    emit changed();
+}
+
+QStringList BenchDocument::languages() const
+{
+    if (!m_plugin) {
+        return {m_language};
+    }
+    QStringList languages = m_plugin->metaInformation()->translation();
+    languages.removeAll(m_plugin->metaInformation()->defaultLanguage());
+    languages.prepend(m_plugin->metaInformation()->defaultLanguage());
+    return languages;
+}
+
+void BenchDocument::setLanguage(const QString &language)
+{
+    if (language == m_language) {
+        return;
+    }
+    m_language = language;
+    for (PlacedWidget *widget : qAsConst(m_widgets)) {
+        const auto fields = widget->info().fields();
+        for (const FieldMetaInformation &field : fields) {
+            if (field.isMultiLanguageText()) {
+                widget->applyText(field.id());
+            }
+        }
+    }
+    emit languageChanged();
+    emit changed();
+}
+
+void BenchDocument::setPage(const PageState &page)
+{
+    if (page == m_page) {
+        return;
+    }
+    const PageState before = m_page;
+    push(
+        tr("Change the page"), QString(), [this, page] { applyPage(page); },
+        [this, before] { applyPage(before); });
+}
+
+void BenchDocument::applyPage(const PageState &page)
+{
+    m_page = page;
+    m_scene.setSceneRect(QRectF(QPointF(), QSizeF(page.size)));
+    emit pageChanged();
+}
+
+// Placed widgets ------------------------------------------------------------------------------------------------
+
+PlacedWidget *BenchDocument::widgetById(int id) const
+{
+    const auto found = std::find_if(m_widgets.cbegin(), m_widgets.cend(),
+                                    [id](const PlacedWidget *widget) { return widget->id() == id; });
+    return found == m_widgets.cend() ? nullptr : *found;
+}
+
+PlacedWidget *BenchDocument::widgetOfItem(const QGraphicsItem *item) const
+{
+    for (; item; item = item->parentItem()) {
+        const auto found =
+            std::find_if(m_widgets.cbegin(), m_widgets.cend(),
+                         [item](const PlacedWidget *widget) { return widget->item() == item; });
+        if (found != m_widgets.cend()) {
+            return *found;
+        }
+    }
+    return nullptr;
+}
+
+void BenchDocument::setSelection(const QVector<PlacedWidget *> &selection)
+{
+    if (selection != m_selection) {
+        m_selection = selection;
+        emit selectionChanged();
+    }
+}
+
+QString BenchDocument::uniqueName(const QString &widgetId, const QSet<QString> &taken) const
+{
+    QSet<QString> names = taken;
+    for (const PlacedWidget *widget : m_widgets) {
+        names.insert(widget->name());
+    }
+    int number = 1;
+    while (names.contains(widgetId + QString::number(number))) {
+        ++number;
+    }
+    return widgetId + QString::number(number);
+}
+
+PlacedWidget *BenchDocument::insert(const PlacedWidgetState &state, int index, bool isStopped)
+{
+    auto *widget = new PlacedWidget(this, state);
+    m_lastId = std::max(m_lastId, state.id);
+    connect(widget, &PlacedWidget::changed, this, &BenchDocument::changed);
+    m_widgets.insert(index, widget);
+    widget->makeInstance(isStopped);
+    applyStacking();
+    emit widgetAdded(widget);
+    return widget;
+}
+
+void BenchDocument::take(int id)
+{
+    PlacedWidget *widget = widgetById(id);
+    if (!widget) {
+        return;
+    }
+    auto selection = m_selection;
+    selection.removeAll(widget);
+    setSelection(selection);
+    emit widgetAboutToBeRemoved(widget);
+    m_widgets.removeAll(widget);
+    widget->destroyInstance();
+    // The widget may have asked for its own removal.
+    widget->deleteLater();
+}
+
+PlacedWidget *BenchDocument::place(const QString &widgetId, const QString &version, const QPointF &centre)
+{
+    PlacedWidgetState state;
+    state.id = ++m_lastId;
+    state.name = uniqueName(widgetId);
+    state.widgetId = widgetId;
+    state.version = version;
+    const auto info = m_plugin ? m_plugin->metaInformation()->widgets().value({widgetId, version})
+                               : WidgetMetaInformation();
+    state.geometry.setSize(info.defaultSize().isEmpty() ? fallbackSize : info.defaultSize());
+    state.geometry.moveCenter(centre);
+    state.geometry = wholePixels(state.geometry);
+    pushInsertion(tr("Place %1").arg(widgetId), {state});
+    return widgetById(state.id);
+}
+
+/// Puts new widgets on top and selects them.
+void BenchDocument::pushInsertion(const QString &text, const QVector<PlacedWidgetState> &states)
+{
+    push(
+        text, QString(),
+        [this, states] {
+            QVector<PlacedWidget *> inserted;
+            for (const PlacedWidgetState &state : states) {
+                inserted.append(insert(state, m_widgets.size()));
+            }
+            setSelection(inserted);
+        },
+        [this, states] {
+            for (const PlacedWidgetState &state : states) {
+                take(state.id);
+            }
+        });
+}
+
+void BenchDocument::duplicate(const QVector<PlacedWidget *> &widgets, const QPointF &offset)
+{
+    QVector<PlacedWidgetState> states;
+    for (const PlacedWidget *widget : m_widgets) { // in their order on the page
+        if (widgets.contains(const_cast<PlacedWidget *>(widget))) {
+            states.append(widget->state());
+        }
+    }
+    paste(states, offset);
+}
+
+void BenchDocument::paste(const QVector<PlacedWidgetState> &states, const QPointF &offset)
+{
+    QVector<PlacedWidgetState> copies = states;
+    QSet<QString> names;
+    for (PlacedWidgetState &copy : copies) {
+        copy.id = ++m_lastId;
+        copy.name = uniqueName(copy.widgetId, names);
+        copy.geometry = wholePixels(copy.geometry.translated(offset));
+        names.insert(copy.name);
+    }
+    if (!copies.isEmpty()) {
+        pushInsertion(tr("Insert %n widget(s)", nullptr, copies.size()), copies);
+    }
+}
+
+void BenchDocument::remove(const QVector<PlacedWidget *> &widgets)
+{
+    QVector<int> indexes; // ascending, so that each is right when the widgets below it are back
+    QVector<PlacedWidgetState> states;
+    for (int i = 0; i < m_widgets.size(); ++i) {
+        if (widgets.contains(m_widgets.at(i))) {
+            indexes.append(i);
+            states.append(m_widgets.at(i)->state());
+        }
+    }
+    if (states.isEmpty()) {
+        return;
+    }
+    push(
+        tr("Delete %n widget(s)", nullptr, states.size()), QString(),
+        [this, states] {
+            for (const PlacedWidgetState &state : states) {
+                take(state.id);
+            }
+        },
+        [this, indexes, states] {
+            QVector<PlacedWidget *> restored;
+            for (int i = 0; i < states.size(); ++i) {
+                restored.append(insert(states.at(i), std::min(indexes.at(i), m_widgets.size())));
+            }
+            setSelection(restored);
+        });
+}
+
+/// Changes what the widget's state holds, once and on every redo; undo sets the state's part back.
+void BenchDocument::pushStateEdit(PlacedWidget *widget, const QString &text, const QString &key,
+                                  const std::function<void(PlacedWidgetState &)> &edit)
+{
+    const PlacedWidgetState before = widget->m_state;
+    PlacedWidgetState after = before;
+    edit(after);
+    const auto apply = [this, id = widget->id()](const PlacedWidgetState &state) {
+        if (PlacedWidget *target = widgetById(id)) {
+            target->m_state.name = state.name;
+            target->m_state.isVisible = state.isVisible;
+            target->m_state.isLocked = state.isLocked;
+            target->m_state.geometry = state.geometry;
+            target->m_services.setInstanceName(state.name);
+            target->applyGeometry();
+            emit target->changed();
+        }
+    };
+    push(
+        text, key, [apply, after] { apply(after); }, [apply, before] { apply(before); });
+}
+
+bool BenchDocument::rename(PlacedWidget *widget, const QString &name, QString &problem)
+{
+    if (name == widget->name()) {
+        return true;
+    }
+    if (name.trimmed().isEmpty()) {
+        problem = tr("a widget needs a name");
+        return false;
+    }
+    for (const PlacedWidget *other : qAsConst(m_widgets)) {
+        if (other->name() == name) {
+            problem = tr("another widget is named %1").arg(name);
+            return false;
+        }
+    }
+    pushStateEdit(widget, tr("Rename %1").arg(widget->name()), QString(),
+                  [name](PlacedWidgetState &state) { state.name = name; });
+    return true;
+}
+
+void BenchDocument::setVisible(PlacedWidget *widget, bool isVisible)
+{
+    if (isVisible != widget->isVisible()) {
+        pushStateEdit(widget,
+                      isVisible ? tr("Show %1").arg(widget->name()) : tr("Hide %1").arg(widget->name()),
+                      QString(), [isVisible](PlacedWidgetState &state) { state.isVisible = isVisible; });
+    }
+}
+
+void BenchDocument::setLocked(PlacedWidget *widget, bool isLocked)
+{
+    if (isLocked != widget->isLocked()) {
+        pushStateEdit(widget,
+                      isLocked ? tr("Lock %1").arg(widget->name()) : tr("Unlock %1").arg(widget->name()),
+                      QString(), [isLocked](PlacedWidgetState &state) { state.isLocked = isLocked; });
+    }
+}
+
+void BenchDocument::setGeometries(const QVector<PlacedWidget *> &widgets, const QVector<QRectF> &geometries,
+                                  int gesture)
+{
+    struct Change
+    {
+        int id;
+        QRectF before;
+        QRectF after;
+    };
+    QVector<Change> changes;
+    bool isChange = false;
+    for (int i = 0; i < std::min(widgets.size(), geometries.size()); ++i) {
+        changes.append({widgets.at(i)->id(), widgets.at(i)->geometry(), wholePixels(geometries.at(i))});
+        isChange = isChange || changes.last().before != changes.last().after;
+    }
+    if (!isChange) {
+        return;
+    }
+    const auto apply = [this](const QVector<Change> &changes, QRectF Change::*rect) {
+        for (const Change &change : changes) {
+            if (PlacedWidget *widget = widgetById(change.id)) {
+                widget->m_state.geometry = change.*rect;
+                widget->applyGeometry();
+                emit widget->changed();
+            }
+        }
+    };
+    push(
+        tr("Move or resize"), mergeKey(QStringLiteral("geometry"), gesture),
+        [apply, changes] { apply(changes, &Change::after); },
+        [apply, changes] { apply(changes, &Change::before); });
+}
+
+void BenchDocument::setStackingIndex(PlacedWidget *widget, int index)
+{
+    const int before = m_widgets.indexOf(widget);
+    const int after = qBound(0, index, m_widgets.size() - 1);
+    if (before < 0 || before == after) {
+        return;
+    }
+    const auto move = [this, id = widget->id()](int to) {
+        const int from = m_widgets.indexOf(widgetById(id));
+        if (from >= 0) {
+            m_widgets.move(from, std::min(to, m_widgets.size() - 1));
+            applyStacking();
+            emit stackingChanged();
+        }
+    };
+    push(
+        tr("Reorder %1").arg(widget->name()), QString(), [move, after] { move(after); },
+        [move, before] { move(before); });
+}
+
+void BenchDocument::applyStacking()
+{
+    for (int i = 0; i < m_widgets.size(); ++i) {
+        if (m_widgets.at(i)->item()) {
+            m_widgets.at(i)->item()->setZValue(i);
+        }
+    }
+}
+
+void BenchDocument::setRunning(PlacedWidget *widget, bool isRunning)
+{
+    widget->m_state.isRunning = isRunning;
+    if (isRunning && !widget->widget()) {
+        widget->makeInstance(false);
+    } else {
+        widget->setRunning(isRunning);
+        emit widget->instanceChanged();
+    }
+    emit changed();
+}
+
+void BenchDocument::restart(PlacedWidget *widget)
+{
+    widget->m_state.isRunning = true;
+    widget->makeInstance(false);
+    emit changed();
+}
+
+// Fields --------------------------------------------------------------------------------------------------------
+
+QVariant BenchDocument::setFieldValue(PlacedWidget *widget, const QString &fieldId, const QVariant &value,
+                                      int gesture)
+{
+    const FieldMetaInformation field = widget->info().fields().value(fieldId);
+    if (field.isMultiLanguageText()) {
+        setFieldText(widget, fieldId, m_language, value, gesture);
+        return value;
+    }
+    const QVariant before = widget->fieldValue(fieldId);
+    const QVariant after =
+        WidgetLibraryPluginUtils::fieldValueCheckBeforeSet(field.type(), value, fieldId, widget->info());
+    const int id = widget->id();
+    push(
+        tr("Set %1 of %2").arg(fieldId, widget->name()),
+        mergeKey(QStringLiteral("%1 %2").arg(id).arg(fieldId), gesture),
+        [this, id, fieldId, after] { applyFieldValue(id, fieldId, after); },
+        [this, id, fieldId, before] { applyFieldValue(id, fieldId, before); });
+    return after;
+}
+
+void BenchDocument::applyFieldValue(int id, const QString &fieldId, const QVariant &value)
+{
+    PlacedWidget *widget = widgetById(id);
+    if (!widget) {
+        return;
+    }
+    const FieldType type = fieldTypeOf(widget->info(), fieldId);
+    const bool isBoundToTag = !widget->binding(fieldId).isEmpty() && type != FieldTypeTrend;
+    if (isBoundToTag) {
+        m_providers->tags()->setValue(widget->binding(fieldId), value);
+    } else {
+        // A field that was never set cannot become so again.
+        widget->writeField(fieldId, value.isValid() ? value : emptyFieldValue(type), PlacedWidget::Host);
+    }
+}
+
+void BenchDocument::setFieldText(PlacedWidget *widget, const QString &fieldId, const QString &language,
+                                 const QVariant &text, int gesture)
+{
+    const QJsonValue before = widget->m_state.texts.value(fieldId);
+    QJsonObject texts = before.toObject();
+    texts.insert(language, fieldValueToJson(fieldTypeOf(widget->info(), fieldId), text));
+    const auto apply = [this, id = widget->id(), fieldId](const QJsonValue &json) {
+        applyFieldTexts(id, fieldId, json);
+    };
+    push(
+        tr("Set %1 of %2").arg(fieldId, widget->name()),
+        mergeKey(QStringLiteral("%1 %2 %3").arg(QString::number(widget->id()), fieldId, language), gesture),
+        [apply, texts] { apply(texts); }, [apply, before] { apply(before); });
+}
+
+void BenchDocument::applyFieldTexts(int id, const QString &fieldId, const QJsonValue &texts)
+{
+    PlacedWidget *widget = widgetById(id);
+    if (!widget) {
+        return;
+    }
+    if (texts.isUndefined()) {
+        widget->m_state.texts.remove(fieldId);
+    } else {
+        widget->m_state.texts.insert(fieldId, texts);
+    }
+    widget->applyText(fieldId);
+}
+
+void BenchDocument::resetFields(PlacedWidget *widget, const QStringList &fieldIds)
+{
+    if (fieldIds.isEmpty()) {
+        return;
+    }
+    m_undoStack.beginMacro(tr("Reset %n field(s)", nullptr, fieldIds.size()));
+    for (const QString &id : fieldIds) {
+        setBinding(widget, id, QString());
+        if (widget->info().fields().value(id).isMultiLanguageText()) {
+            const QJsonValue before = widget->m_state.texts.value(id);
+            const auto apply = [this, number = widget->id(), id](const QJsonValue &texts) {
+                applyFieldTexts(number, id, texts);
+            };
+            push(
+                QString(), QString(), [apply] { apply(QJsonValue::Undefined); },
+                [apply, before] { apply(before); });
+        } else {
+            setFieldValue(widget, id, widget->defaultValue(id));
+        }
+    }
+    m_undoStack.endMacro();
+}
+
+void BenchDocument::setBinding(PlacedWidget *widget, const QString &fieldId, const QString &source)
+{
+    const QString before = widget->binding(fieldId);
+    if (source == before) {
+        return;
+    }
+    const QVariant valueBefore = widget->fieldValue(fieldId);
+    const auto apply = [this, id = widget->id(), fieldId](const QString &source, const QVariant &value) {
+        PlacedWidget *widget = widgetById(id);
+        if (!widget) {
+            return;
+        }
+        if (source.isEmpty()) {
+            widget->m_state.bindings.remove(fieldId);
+            widget->writeField(fieldId, value, PlacedWidget::Host);
+        } else {
+            widget->m_state.bindings.insert(fieldId, source);
+            widget->writeField(fieldId, widget->boundValue(fieldId), PlacedWidget::Tag);
+        }
+        emit widget->bindingChanged(fieldId);
+    };
+    // Without a source the field keeps what it has.
+    push(
+        source.isEmpty() ? tr("Unbind %1 of %2").arg(fieldId, widget->name())
+                         : tr("Bind %1 of %2").arg(fieldId, widget->name()),
+        QString(), [apply, source, valueBefore] { apply(source, valueBefore); },
+        [apply, before, valueBefore] { apply(before, valueBefore); });
+}
+
+// Simulated plant -----------------------------------------------------------------------------------------------
+
+/// The tables have been changed already: the step starts with an empty redo.
+void BenchDocument::onProvidersEdited()
+{
+    if (m_providersAreRestored) {
+        return;
+    }
+    const QJsonObject before = m_providersBefore;
+    m_providersBefore = m_providers->toJson();
+    push(
+        tr("Change the simulated plant"), QString(),
+        [this, after = m_providersBefore, isFirst = true]() mutable {
+            if (!isFirst) {
+                restoreProviders(after);
+            }
+            isFirst = false;
+        },
+        [this, before] { restoreProviders(before); });
+}
+
+void BenchDocument::restoreProviders(const QJsonObject &json)
+{
+    m_providersAreRestored = true;
+    QStringList problems; // none: the tables wrote it themselves
+    m_providers->fromJson(json, problems);
+    m_providersAreRestored = false;
+    m_providersBefore = m_providers->toJson();
+}
+
+// Scenarios -----------------------------------------------------------------------------------------------------
+
+Scenario BenchDocument::toScenario() const
+{
+    Scenario scenario;
+    scenario.pluginId = m_plugin ? m_plugin->metaInformation()->id() : QString();
+    scenario.language = m_language;
+    scenario.mode = m_mode;
+    scenario.page = m_page;
+    for (const PlacedWidget *widget : m_widgets) {
+        scenario.widgets.append(widget->state());
+    }
+    scenario.providers = m_providers->toJson();
+    return scenario;
+}
+
+namespace {
+
+/// Removes from @p values what the widget has no field for, or no such value. The number of what is left.
+int dropUnfit(const WidgetMetaInformation &info, const QString &name, QJsonObject &values, bool areTexts,
+              QStringList &dropped)
+{
+    const QStringList ids = values.keys();
+    for (const QString &id : ids) {
+        const FieldType type = fieldTypeOf(info, id);
+        const QString was =
+            QString::fromUtf8(QJsonDocument(QJsonArray{values.value(id)}).toJson(QJsonDocument::Compact));
+        QString problem = type == FieldTypeUndefined ? BenchDocument::tr("is gone") : QString();
+        const QJsonObject inLanguages =
+            areTexts ? values.value(id).toObject() : QJsonObject{{id, values.value(id)}};
+        for (const QJsonValue &value : inLanguages) {
+            QVariant read;
+            if (problem.isEmpty()) {
+                fieldValueFromJson(type, value, read, problem);
+            }
+        }
+        if (!problem.isEmpty()) {
+            values.remove(id);
+            dropped.append(
+                BenchDocument::tr("%1: %2: %3 (was %4)").arg(name, id, problem, was.mid(1, was.size() - 2)));
+        }
+    }
+    return values.size();
+}
+
+int dropUnfitBindings(const WidgetMetaInformation &info, const QString &name,
+                      QMap<QString, QString> &bindings, QStringList &dropped)
+{
+    const QStringList ids = bindings.keys();
+    for (const QString &id : ids) {
+        if (fieldTypeOf(info, id) == FieldTypeUndefined) {
+            dropped.append(
+                BenchDocument::tr("%1: %2: is gone (followed %3)").arg(name, id, bindings.take(id)));
+        }
+    }
+    return bindings.size();
+}
+
+} // namespace
+
+int BenchDocument::load(const Scenario &scenario, QStringList &dropped, bool isStopped)
+{
+    clear();
+    m_mode = scenario.mode;
+    m_language = languages().contains(scenario.language) ? scenario.language : languages().first();
+    if (m_language != scenario.language) {
+        dropped.append(tr("the library has no texts in %1").arg(scenario.language));
+    }
+    applyPage(scenario.page);
+    if (!scenario.providers.isEmpty()) {
+        m_providersAreRestored = true;
+        m_providers->fromJson(scenario.providers, dropped);
+        m_providersAreRestored = false;
+    }
+    int valueCount = 0;
+    for (PlacedWidgetState state : scenario.widgets) {
+        state.id = ++m_lastId;
+        const auto info = m_plugin
+                              ? m_plugin->metaInformation()->widgets().value({state.widgetId, state.version})
+                              : WidgetMetaInformation();
+        if (info.isValid()) {
+            valueCount += dropUnfit(info, state.name, state.values, false, dropped);
+            valueCount += dropUnfit(info, state.name, state.texts, true, dropped);
+            valueCount += dropUnfitBindings(info, state.name, state.bindings, dropped);
+        }
+        insert(state, m_widgets.size(), isStopped);
+    }
+    m_providersBefore = m_providers->toJson();
+    emit loaded();
+    emit changed();
+    return valueCount;
+}
+
+void BenchDocument::clear()
+{
+    m_undoStack.clear();
+    const auto widgets = m_widgets;
+    for (PlacedWidget *widget : widgets) {
+        take(widget->id());
+    }
+}
+
+} // namespace DEV
+} // namespace KORA
