@@ -265,7 +265,8 @@ QString translationSheetText(const QString &header, const QVector<TranslationRow
             faults.append(fault(
                 path, row.line, QStringLiteral("translation-unwritable"),
                 QStringLiteral("\"%1\" cannot be written into a translation file").arg(text),
-                QStringLiteral("texts have one line; with quotes at the edge only some can be written")));
+                QStringLiteral(
+                    "texts have one line; some with quotes beside commas or at the edge cannot be written")));
         }
         if (fields.size() == fieldsPerRow) {
             content += fields.join(comma) + QLatin1Char('\n');

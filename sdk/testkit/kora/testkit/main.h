@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 
@@ -15,6 +17,10 @@ inline void useOffscreenPlatform()
 {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) { // Qt complains where no session has set it
+        static const QTemporaryDir runtimeDir;
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtimeDir.path()));
     }
     qputenv("QT_FONT_DPI", "96");
     qunsetenv("QT_SCALE_FACTOR");
