@@ -216,7 +216,7 @@ private:
         QString translations;
         QStringList languages;
         for (const QString &language : m_project.languages) {
-            translations += QStringLiteral(" resources/translation/%1.csv").arg(language);
+            translations += QStringLiteral(" translations/%1.csv").arg(language);
             languages.append(jsonText(language));
         }
         Values values = m_common;
@@ -269,7 +269,7 @@ private:
     bool writeTranslations(QString &problem) const
     {
         TranslationProject translations;
-        if (!translations.open(m_dir, QDir(m_dir).filePath(QStringLiteral("resources/translation")),
+        if (!translations.open(m_dir, QDir(m_dir).filePath(QStringLiteral("translations")),
                                problem)) {
             return false;
         }

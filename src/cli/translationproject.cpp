@@ -24,7 +24,7 @@ namespace {
 
 const QLatin1String defaultHeader("text,comment,translation");
 // Where projects have their translation files, the first being that of new ones.
-const char *const usualDirs[] = {"resources/translation", "translations", "."};
+const char *const usualDirs[] = {"translations", "translation", "."};
 
 Finding finding(Finding::Severity severity, const char *rule, const QString &path, int line,
                 const QString &message)
@@ -199,7 +199,7 @@ Findings TranslationProject::checkLanguage(const QString &language) const
 {
     const QString path = pathOf(language);
     if (!QFileInfo::exists(path)) {
-        return {finding(Finding::Warning, "translation-no-file", path, 0,
+        return {finding(Finding::Warning, "language-without-file", path, 0,
                         QStringLiteral("the metadata lists %1, but there is no file").arg(language))};
     }
     const TranslationSheet sheet = readTranslationSheet(path);
@@ -207,7 +207,7 @@ Findings TranslationProject::checkLanguage(const QString &language) const
     QList<TranslationStringType> imported;
     if (found.isEmpty()
         && !PluginUtils::importTranslationFile(path, imported, m_defaultLanguage, language, true)) {
-        found.append(finding(Finding::Error, "translation-unreadable", path, 0,
+        found.append(finding(Finding::Error, "csv-unreadable", path, 0,
                              QStringLiteral("the library refuses the file")));
     }
     addTextFindings(sheet, language, found);
@@ -235,7 +235,7 @@ void TranslationProject::addTextFindings(const TranslationSheet &sheet, const QS
     }
     for (const TranslationKey &text : m_texts) {
         if (missing.contains(text)) {
-            found.append(finding(Finding::Warning, "translation-missing", path, 0,
+            found.append(finding(Finding::Warning, "untranslated", path, 0,
                                  QStringLiteral("there is no row for %1").arg(nameOf(text))));
         }
     }

@@ -99,8 +99,8 @@ void addOptions(CLI::App *command, TranslationOptions &options)
         ->option_text(" ");
     command
         ->add_option("--dir", options.dir,
-                     "Folder of the translation files; by default resources/translation,\n"
-                     "translations or the metadata's own folder, where there are any")
+                     "Folder of the translation files; by default translations, translation\n"
+                     "or the metadata's own folder, where there are any")
         ->option_text("DIR");
 }
 

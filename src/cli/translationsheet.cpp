@@ -38,9 +38,8 @@ Finding wrongFieldCount(const QString &path, int line, const QString &text, int 
                              ? QStringLiteral("a quoted field is not closed: quotes in a text are doubled")
                              : QStringLiteral("text, comment and translation; a text with a comma is put in "
                                               "double quotes");
-    Finding finding = fault(
-        path, line, isQuoting ? QStringLiteral("translation-quoting") : QStringLiteral("translation-fields"),
-        QStringLiteral("the line has %1 fields instead of 3").arg(count), hint);
+    Finding finding = fault(path, line, QStringLiteral("csv-fields"),
+                            QStringLiteral("the line has %1 fields instead of 3").arg(count), hint);
     finding.value = text;
     return finding;
 }
@@ -48,7 +47,7 @@ Finding wrongFieldCount(const QString &path, int line, const QString &text, int 
 Finding conflict(const QString &path, const TranslationRow &row, const TranslationRow &first)
 {
     Finding finding =
-        fault(path, row.line, QStringLiteral("translation-conflict"),
+        fault(path, row.line, QStringLiteral("csv-conflict"),
               QStringLiteral("\"%1\" is translated as \"%2\" here and as \"%3\" in line %4")
                   .arg(row.key.first, row.translation, first.translation, QString::number(first.line)),
               QStringLiteral("keep one, or give the text another comment in the metadata where it means "
@@ -71,7 +70,7 @@ public:
         const QStringList fields = splitTranslationLine(text);
         if (text.isEmpty()) {
             ++m_sheet.emptyLines;
-            addFault(fault(m_path, line, QStringLiteral("translation-fields"),
+            addFault(fault(m_path, line, QStringLiteral("csv-fields"),
                            QStringLiteral("the line is empty"), QStringLiteral("remove it")));
         } else if (fields.size() != fieldsPerRow) {
             addFault(wrongFieldCount(m_path, line, text, fields.size()));
@@ -207,12 +206,12 @@ TranslationSheet readTranslationSheet(const QString &path)
     QFile file(path);
     QString text;
     if (!file.open(QIODevice::ReadOnly)) {
-        sheet.faults.append(fault(path, 0, QStringLiteral("translation-unreadable"),
+        sheet.faults.append(fault(path, 0, QStringLiteral("csv-unreadable"),
                                   QStringLiteral("the file cannot be read: %1").arg(file.errorString()), {}));
         return sheet;
     }
     if (!decode(file.readAll(), text)) {
-        sheet.faults.append(fault(path, 0, QStringLiteral("translation-encoding"),
+        sheet.faults.append(fault(path, 0, QStringLiteral("csv-encoding"),
                                   QStringLiteral("the file is not UTF-8"),
                                   QStringLiteral("save it as \"CSV UTF-8\"")));
         return sheet;

@@ -90,7 +90,7 @@ private Q_SLOTS:
 
 private:
     QString path(const QString &name) const { return m_dir->filePath(name); }
-    QString csvPath() const { return path(QStringLiteral("p/resources/translation/it-IT.csv")); }
+    QString csvPath() const { return path(QStringLiteral("p/translations/it-IT.csv")); }
     Result translations(const char *what) const
     {
         return kora({QStringLiteral("translations"), QLatin1String(what), path(QStringLiteral("p"))});
@@ -190,7 +190,7 @@ void TestProjects::anyTextSurvivesATranslationFile()
         written.append(text);
         lines += field.toUtf8() + ',' + field.toUtf8() + ',' + field.toUtf8() + '\n';
     }
-    QVERIFY2(written.size() > texts.size() * 3 / 4, qPrintable(QString::number(written.size())));
+    QCOMPARE(written.size(), 268); // of 364; for the others there is no form
     QVERIFY(put(path(QStringLiteral("it-IT.csv")), lines));
     QList<TranslationStringType> read;
     QVERIFY(
@@ -241,12 +241,12 @@ void TestProjects::brokenTranslationFilesAreToldAndLeftAlone_data()
         QTest::newRow(name) << rows << QString::fromLatin1(error);
     };
     row("two fields", "Lamps,Lampade\n",
-        "it-IT.csv:2:1: error: the line has 2 fields instead of 3 [translation-fields]");
+        "it-IT.csv:2:1: error: the line has 2 fields instead of 3 [csv-fields]");
     row("open quote", "Lamps,,Lamps\nOpen,\"state,Aperto\n",
-        "it-IT.csv:3:1: error: the line has 2 fields instead of 3 [translation-quoting]");
+        "it-IT.csv:3:1: error: the line has 2 fields instead of 3 [csv-fields]");
     row("conflict", "Lamps,,Lampade\nLamps,,Luci\n",
         "it-IT.csv:3:1: error: \"Lamps\" is translated as \"Luci\" here");
-    row("not UTF-8", "Lamps,,Lampad\xe8\n", "the file is not UTF-8 [translation-encoding]");
+    row("not UTF-8", "Lamps,,Lampad\xe8\n", "the file is not UTF-8 [csv-encoding]");
 }
 
 void TestProjects::brokenTranslationFilesAreToldAndLeftAlone()
