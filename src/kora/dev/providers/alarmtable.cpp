@@ -94,7 +94,7 @@ bool AlarmTable::act(AlarmStates::Action action, const QString &name)
     if (row < 0 || !AlarmStates::hasEffect(action, m_alarms.at(row))) {
         return false;
     }
-    AlarmInfoData &alarm = m_alarms[row];
+    AlarmInfoData alarm = m_alarms.at(row);
     alarm.state = AlarmStates::after(action, alarm);
     if (action == AlarmStates::Raise) {
         alarm.timestamp = m_clock->now();
@@ -102,6 +102,7 @@ bool AlarmTable::act(AlarmStates::Action action, const QString &name)
             alarm.tagValue = m_tags->value(alarm.tagName);
         }
     }
+    m_alarms[row] = alarm;
     touchRow(row);
     Q_EMIT alarmChanged(AlarmInfo(alarm));
     return true;
