@@ -229,6 +229,7 @@ private:
         write(QStringLiteral("CMakeLists.txt"), filledFile("CMakeLists.txt.in", values));
         write(QStringLiteral("metadata.json"), filledFile("metadata.json.in", values));
         values.insert(QStringLiteral("widgets"), joined("scenariowidget.json.in"));
+        values.insert(QStringLiteral("tags"), joined("scenariotag.json.in"));
         write(QStringLiteral("scenarios/default.json"), filledFile("scenario.json.in", values));
         write(QStringLiteral("CMakePresets.json"), filledFile("CMakePresets.json.in", values));
         write(QStringLiteral("README.md"), filledFile("README.md.in", values));
@@ -269,8 +270,7 @@ private:
     bool writeTranslations(QString &problem) const
     {
         TranslationProject translations;
-        if (!translations.open(m_dir, QDir(m_dir).filePath(QStringLiteral("translations")),
-                               problem)) {
+        if (!translations.open(m_dir, QDir(m_dir).filePath(QStringLiteral("translations")), problem)) {
             return false;
         }
         const QStringList languages = translations.languages();

@@ -6,6 +6,8 @@
 #include <QtTest/QTest>
 
 #include <kora/core/pluginutils.h>
+#include <kora/dev/model/scenario.h>
+#include <kora/dev/providers/providers.h>
 #include <support/testmain.h>
 
 #include <functional>
@@ -17,6 +19,8 @@
 
 using KORA::DEV::Finding;
 using KORA::DEV::Findings;
+using KORA::DEV::Providers;
+using KORA::DEV::Scenario;
 using namespace KORA::INTERNAL;
 
 Q_DECLARE_METATYPE(std::function<void(QByteArray &)>)
