@@ -211,12 +211,24 @@ bool readFolder(const PluginFolder &folder, QVector<Entry> &files, QString &prob
             problem = QStringLiteral("%1: %2").arg(path, file.errorString());
             return false;
         }
+        const QByteArray content = file.readAll();
+        if (content.size() != info.size()) {
+            problem = QStringLiteral("%1 cannot be read whole: %2").arg(path, file.errorString());
+            return false;
+        }
         if (name != manifestName) {
-            files.append({folder.name() + QLatin1Char('/') + name, file.readAll()});
+            files.append({folder.name() + QLatin1Char('/') + name, content});
         }
     }
-    std::sort(files.begin(), files.end(), [](const Entry &a, const Entry &b) { return a.path < b.path; });
     return true;
+}
+
+// What is packed: the list of files, then they by name.
+QVector<Entry> withManifest(QVector<Entry> files, const QString &id)
+{
+    std::sort(files.begin(), files.end(), [](const Entry &a, const Entry &b) { return a.path < b.path; });
+    files.prepend({id + QLatin1Char('/') + manifestName, manifestOf(files, id)});
+    return files;
 }
 
 /// Compares the entries of an archive with its manifest.
@@ -243,7 +255,7 @@ public:
         if (checkNames() && checkManifest()) {
             checkFiles();
         }
-        if (m_found.isEmpty() && archiveOf(m_entries, problem) != bytes) {
+        if (m_found.isEmpty() && archiveOf(withManifest(m_entries.mid(1), m_id), problem) != bytes) {
             add("archive-form",
                 QStringLiteral("beside its files the archive has bytes that kora pack does not write"));
         }
@@ -325,8 +337,7 @@ QByteArray packPluginFolder(const QString &path, QString &problem)
     if (!problem.isEmpty() || !readFolder(folder, files, problem)) {
         return {};
     }
-    files.prepend({folder.name() + QLatin1Char('/') + manifestName, manifestOf(files, folder.name())});
-    return archiveOf(files, problem);
+    return archiveOf(withManifest(files, folder.name()), problem);
 }
 
 Findings verifyArchive(const QString &path)
