@@ -10,8 +10,9 @@ class App;
 /// How a run ends. Scripts rely on the numbers.
 enum ExitCode : int {
     ExitFine = 0,
-    ExitFindings = 1, ///< a plugin was refused, something could not be read or written
-    ExitUsage = 2     ///< the command line is wrong
+    ExitFindings = 1,  ///< a plugin was refused, something could not be read or written
+    ExitUsage = 2,     ///< the command line is wrong
+    ExitUnreadable = 3 ///< `kora check` could not read what it was to look at
 };
 
 /// What the command line asked for; the result is an exit code.
@@ -22,6 +23,8 @@ void addDoctorCommand(CLI::App &app, CommandRun &run);
 void addNewCommand(CLI::App &app, CommandRun &run);
 void addPackCommand(CLI::App &app, CommandRun &run);
 void addTranslationsCommand(CLI::App &app, CommandRun &run);
+void addCheckCommand(CLI::App &app, CommandRun &run);
+void addExplainCommand(CLI::App &app, CommandRun &run);
 void addListCommand(CLI::App &app, CommandRun &run);
 void addDescribeCommand(CLI::App &app, CommandRun &run);
 void addRenderCommand(CLI::App &app, CommandRun &run);

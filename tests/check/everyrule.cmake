@@ -1,0 +1,21 @@
+# SPDX-License-Identifier: Apache-2.0
+#
+# Each rule that kora explain lists is a row of a table in sources.
+execute_process(COMMAND ${kora} explain OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)
+set(tests "")
+foreach(source IN LISTS sources)
+    file(READ ${source} text)
+    string(APPEND tests "${text}")
+endforeach()
+string(REGEX MATCHALL "\n[a-z0-9-]+ +(error|warning|note) " lines "${listing}")
+list(LENGTH lines count)
+if(count LESS 50)
+    message(FATAL_ERROR "kora explain lists only ${count} rules")
+endif()
+foreach(line IN LISTS lines)
+    string(REGEX MATCH "[a-z0-9-]+" rule "${line}")
+    string(FIND "${tests}" "QTest::newRow(\"${rule}\")" place)
+    if(place EQUAL -1)
+        message(SEND_ERROR "no fixture for the rule ${rule}")
+    endif()
+endforeach()
