@@ -103,7 +103,7 @@ function(kora_add_widget_library target)
     set(plugin_folder ${KORA_PLUGIN_OUTPUT_DIR}/${arg_ID})
     if(KORA_CHECK)
         _kora_find_tool(tool)
-        _kora_use_tool(${target} "${tool}" ${arg_METADATA} ${plugin_folder})
+        _kora_use_tool(${target} "${tool}" ${plugin_folder})
     endif()
     foreach(test IN LISTS arg_TESTS)
         _kora_add_test(${target} ${test} ${plugin_folder})
@@ -136,24 +136,27 @@ function(_kora_find_tool result)
     set(${result} ${KORA_TOOL} PARENT_SCOPE)
 endfunction()
 
-# Checks the metadata before the target is compiled, and registers tests and bench of its plugin folder.
-function(_kora_use_tool target tool metadata plugin_folder)
+# Checks the metadata of the caller's arg_METADATA and arg_TRANSLATIONS before the target is compiled, and registers tests
+# and bench of its plugin folder.
+function(_kora_use_tool target tool plugin_folder)
     if(NOT tool)
         return()
     endif()
+    set(translations ${arg_TRANSLATIONS})
+    list(TRANSFORM translations PREPEND "--translation-file=")
     set(stamp ${CMAKE_CURRENT_BINARY_DIR}/${target}_metadata.checked)
     add_custom_command(
         OUTPUT ${stamp}
-        COMMAND ${tool} check ${metadata}
+        COMMAND ${tool} check --quiet ${arg_METADATA} ${translations}
         COMMAND ${CMAKE_COMMAND} -E touch ${stamp}
-        DEPENDS ${metadata} ${tool}
-        COMMENT "Checking ${metadata}"
+        DEPENDS ${arg_METADATA} ${arg_TRANSLATIONS} ${tool}
+        COMMENT "Checking ${arg_METADATA}"
         VERBATIM
     )
     add_custom_target(${target}_metadata DEPENDS ${stamp})
     add_dependencies(${target} ${target}_metadata)
 
-    add_test(NAME ${target}_check COMMAND ${tool} check ${plugin_folder})
+    add_test(NAME ${target}_check COMMAND ${tool} check --source ${arg_METADATA} ${plugin_folder})
     if(NOT CMAKE_CROSSCOMPILING)
         add_test(NAME ${target}_load COMMAND ${tool} check --load ${plugin_folder})
     endif()

@@ -11,6 +11,7 @@
 #include "librarycheck.h"
 #include "metadatacheck.h"
 #include "output.h"
+#include "pluginarchive.h"
 #include "rules.h"
 
 #include <algorithm>
@@ -146,6 +147,11 @@ void CheckRun::file(const QString &path)
         unreadable(path, file.errorString());
         return;
     }
+    if (isArchive(path)) {
+        m_report.findings += verifyArchive(path);
+        m_nextCommand = QStringLiteral("tar -xf %1 in a directory of plugins").arg(quoted(path));
+        return;
+    }
     const bool isJson = path.endsWith(QLatin1String(".json"));
     if (isJson || file.peek(64).trimmed().startsWith('{')) {
         metadataFile(path, file.readAll());
@@ -219,8 +225,9 @@ void addCheckCommand(CLI::App &app, CommandRun &run)
     auto options = std::make_shared<CheckOptions>();
     CLI::App *command = app.add_subcommand("check", "Tell what is wrong with a widget library, and where.");
     command
-        ->add_option("path", options->paths,
-                     "Metadata file (.json), library, plugin folder, or folder of those")
+        ->add_option(
+            "path", options->paths,
+            "Metadata file (.json), library, plugin folder, folder of those, or archive\nof kora pack")
         ->required()
         ->option_text("...");
     command->add_flag("--complete", options->isComplete,

@@ -2,7 +2,7 @@
 #include <CLI/CLI.hpp>
 
 #include "command.h"
-#include "findingtext.h"
+#include "findingoutput.h"
 #include "output.h"
 #include "translationproject.h"
 
@@ -21,6 +21,13 @@ struct TranslationOptions
     std::string dir;
     bool prune = false;
 };
+
+QString textOf(const Findings &findings)
+{
+    CheckReport report;
+    report.findings = findings;
+    return findings.isEmpty() ? QString() : findingsAsText(report);
+}
 
 bool openProject(const TranslationOptions &options, TranslationProject &project, int &result)
 {
@@ -44,7 +51,7 @@ int runCheck(const TranslationOptions &options)
         return result;
     }
     const Findings found = project.check();
-    printResult(textOfFindings(found));
+    printResult(textOf(found));
     const auto isProblem = [](const Finding &finding) { return finding.severity != Finding::Note; };
     const auto problems = std::count_if(found.cbegin(), found.cend(), isProblem);
     if (problems == 0) {
@@ -86,7 +93,7 @@ int runUpdate(const TranslationOptions &options)
     const QStringList languages = project.languages();
     for (const QString &language : languages) {
         const TranslationProject::Update update = project.update(language, options.prune);
-        printResult(textOfFindings(update.faults) + updateLine(update, options.prune));
+        printResult(textOf(update.faults) + updateLine(update, options.prune));
         result = update.faults.isEmpty() ? result : ExitFindings;
     }
     return result;
