@@ -7,11 +7,12 @@
 #include <QtCore/QProcess>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QStandardPaths>
-#include <QtCore/QUuid>
 #include <QtCore/QVersionNumber>
 #include <QtGui/QFontDatabase>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QImageReader>
+
+#include <kora/dev/diagnosis/plugindiagnosis.h>
 
 #include "command.h"
 #include "output.h"
@@ -21,6 +22,10 @@
 
 #include <memory>
 #include <string>
+
+using KORA::DEV::diagnosePluginFolder;
+using KORA::DEV::Finding;
+using KORA::DEV::Findings;
 
 namespace {
 
@@ -213,14 +218,13 @@ void checkPlugins(Report &report, const QString &dir)
     }
     const QStringList names = QDir(dir).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     for (const QString &name : names) {
-        const PluginFolder folder(QDir(dir).filePath(name));
-        const QString reason = QUuid(name).isNull() ? QStringLiteral("the folder's name is not a UUID")
-                                                    : folder.libraryProblem();
-        if (reason.isEmpty()) {
+        const Findings found = diagnosePluginFolder(QDir(dir).filePath(name));
+        for (const Finding &finding : found) {
+            report.bad(QStringLiteral("plugin"), QStringLiteral("%1: %2").arg(name, finding.message),
+                       finding.hint);
+        }
+        if (found.isEmpty()) {
             report.fine(QStringLiteral("plugin"), name);
-        } else {
-            report.bad(QStringLiteral("plugin"), reason,
-                       QStringLiteral("see kora check %1").arg(folder.path()));
         }
     }
 }

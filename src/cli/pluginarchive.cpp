@@ -12,6 +12,7 @@
 
 #include <kora/core/widgetlibrarypluginmetainformation.h>
 #include <kora/core/widgetlibrarypluginutils.h>
+#include <kora/dev/diagnosis/plugindiagnosis.h>
 
 #include "logcollector.h"
 #include "pluginfolder.h"
@@ -153,22 +154,21 @@ bool readManifest(const QByteArray &manifest, QMap<QString, QByteArray> &hashes)
     return true;
 }
 
+// As the loader of the library's own platform would see it.
 QString problemOfLibrary(const QString &libraryPath, const QString &id)
 {
-    QString problem;
-    const QJsonObject metaData = readMetaData(libraryPath, problem);
-    if (!problem.isEmpty()) {
-        return problem;
+    using namespace KORA::DEV;
+    const Findings found = diagnoseLibrary(libraryPath, id, platformOfLibrary(libraryPath));
+    if (!found.isEmpty()) {
+        return QStringLiteral("%1: %2").arg(libraryPath, found.first().message);
     }
     LogCollector log;
     WidgetLibraryPluginMetaInformation info;
-    const int code = WidgetLibraryPluginUtils::metaInformationFromMetaData(metaData, info);
-    if (code != 0) {
-        return QStringLiteral("%1: %2").arg(libraryPath, WidgetLibraryPluginUtils::errorToString(code));
-    }
-    return info.id() == id
+    const int code =
+        WidgetLibraryPluginUtils::metaInformationFromMetaData(readLibraryMetaData(libraryPath).object, info);
+    return code == 0
                ? QString()
-               : QStringLiteral("%1: the id %2 is not the folder's name").arg(libraryPath, info.id());
+               : QStringLiteral("%1: %2").arg(libraryPath, WidgetLibraryPluginUtils::errorToString(code));
 }
 
 QString problemOfFolder(const PluginFolder &folder)

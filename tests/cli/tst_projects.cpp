@@ -84,6 +84,8 @@ private Q_SLOTS:
     void newProjectIsRefusedWhole();
     void anyTextSurvivesATranslationFile();
     void updateLosesNoTranslation();
+    void translationsAreChecked_data();
+    void translationsAreChecked();
     void brokenTranslationFilesAreToldAndLeftAlone_data();
     void brokenTranslationFilesAreToldAndLeftAlone();
     void archivesAreEqualAndWhole();
@@ -237,6 +239,39 @@ void TestProjects::updateLosesNoTranslation()
     QCOMPARE(translations("check").exitCode, 0);
 }
 
+void TestProjects::translationsAreChecked_data()
+{
+    QTest::addColumn<QByteArray>("license");
+    QTest::addColumn<QByteArray>("rows");
+    QTest::addColumn<QByteArray>("command");
+    QTest::newRow("translation-stale")
+        << QByteArray("Open") << QByteArray("Open,,Aperto\nGone,,Perso\n") << QByteArray("check");
+    QTest::newRow("translation-empty") << QByteArray("Open") << QByteArray("Open,,\n") << QByteArray("check");
+    QTest::newRow("translation-same")
+        << QByteArray("Open") << QByteArray("Open,,Open\n") << QByteArray("check");
+    QTest::newRow("translation-unlisted")
+        << QByteArray("Open") << QByteArray("Open,,Aperto\n") << QByteArray("check");
+    QTest::newRow("translation-unwritable")
+        << QByteArray("two\\nlines") << QByteArray() << QByteArray("update");
+}
+
+void TestProjects::translationsAreChecked()
+{
+    QFETCH(const QByteArray, license);
+    QFETCH(const QByteArray, rows);
+    QFETCH(const QByteArray, command);
+    const QString rule = QString::fromLatin1(QTest::currentDataTag());
+    QVERIFY(putMetaData("\"license\": \"" + license + "\""));
+    QVERIFY(put(csvPath(), "text,comment,translation\nLamps,,Lampade\n" + rows));
+    if (rule == QLatin1String("translation-unlisted")) {
+        QVERIFY(put(path(QStringLiteral("p/translations/de-DE.csv")), ""));
+    }
+    const Result result = translations(command.constData());
+    QCOMPARE(result.exitCode, rule == QLatin1String("translation-same") ? 0 : 1);
+    QCOMPARE(result.out.count(QLatin1Char('[')), 1);
+    QVERIFY2(result.out.contains(QStringLiteral(" [%1]\n").arg(rule)), qPrintable(result.out));
+}
+
 void TestProjects::brokenTranslationFilesAreToldAndLeftAlone_data()
 {
     QTest::addColumn<QByteArray>("rows");
@@ -282,57 +317,57 @@ void TestProjects::archivesAreEqualAndWhole()
         QCOMPARE(rulesOf(verifyArchive(archives.last())), QStringList());
         QTest::qSleep(10);
     }
-    QVERIFY(contentOf(archives.at(0)) == contentOf(archives.at(1)));
+    const QByteArray whole = contentOf(archives.at(0));
+    QVERIFY(whole == contentOf(archives.at(1)));
+    const int step = whole.size() / 100;
+    for (int position = 7; position < whole.size(); position += step) {
+        QByteArray archive = whole;
+        archive[position] = static_cast<char>(archive.at(position) ^ 0x10);
+        QVERIFY(put(archives.at(0), archive));
+        QVERIFY2(!verifyArchive(archives.at(0)).isEmpty(), qPrintable(QString::number(position)));
+    }
+    QVERIFY(put(archives.at(0), whole + '\0'));
+    QCOMPARE(rulesOf(verifyArchive(archives.at(0))), QStringList{QStringLiteral("archive-form")});
 }
 
 void TestProjects::changedArchivesAreRefused_data()
 {
-    QTest::addColumn<QStringList>("rules");
     QTest::addColumn<std::function<void(QByteArray &)>>("change");
     using Change = std::function<void(QByteArray &)>;
-    const auto row = [](const char *name, const char *rule, const Change &change) {
-        QTest::newRow(name) << QStringList{QLatin1String(rule)} << change;
-    };
     const int block = 512;
-    row("changed content", "archive-changed-file",
-        [](QByteArray &archive) { archive.replace("hello", "hullo"); });
-    row("missing file", "archive-missing-file", [](QByteArray &archive) {
+    QTest::newRow("archive-changed-file")
+        << Change([](QByteArray &archive) { archive.replace("hello", "hullo"); });
+    QTest::newRow("archive-missing-file") << Change([](QByteArray &archive) {
         const int at = archive.lastIndexOf("readme.txt") / block * block; // the last of the files
         archive.replace(at, 2 * block, QByteArray(2 * block, '\0'));
     });
-    row("extra file", "archive-extra-file",
-        [](QByteArray &archive) { archive.replace("  readme.txt\n", "  readme.bak\n"); });
-    row("behind the end", "archive-form", [](QByteArray &archive) { archive.append('\0'); });
-    row("in the padding", "archive-form",
-        [](QByteArray &archive) { archive[archive.indexOf("hello") + 100] = 'x'; });
-    row("cut", "archive-unreadable", [](QByteArray &archive) { archive.truncate(archive.size() / 2); });
-    row("no archive", "archive-unreadable", [](QByteArray &archive) { archive = "hello"; });
+    QTest::newRow("archive-extra-file")
+        << Change([](QByteArray &archive) { archive.replace("  readme.txt\n", "  readme.bak\n"); });
+    QTest::newRow("archive-manifest") << Change([](QByteArray &archive) {
+        archive.remove(0, 2 * block); // its header and its text
+    });
+    QTest::newRow("archive-content") << Change([](QByteArray &archive) { archive.fill('\0'); });
+    QTest::newRow("archive-form") << Change([](QByteArray &archive) {
+        archive[archive.indexOf("hello") + 100] = 'x'; // in the padding
+    });
+    QTest::newRow("archive-unreadable")
+        << Change([](QByteArray &archive) { archive.truncate(archive.size() / 2); });
 }
 
 void TestProjects::changedArchivesAreRefused()
 {
-    QFETCH(const QStringList, rules);
     QFETCH(const std::function<void(QByteArray &)>, change);
     const QString folder = copyOfLamps(m_dir->path());
     QVERIFY(put(folder + QStringLiteral("/readme.txt"), "hello"));
     QString problem;
     QByteArray archive = packPluginFolder(folder, problem);
-    const QByteArray whole = archive;
     QVERIFY2(!archive.isEmpty(), qPrintable(problem));
     change(archive);
     const QString file = path(QStringLiteral("changed.tar"));
     QVERIFY(put(file, archive));
     const QStringList found = rulesOf(verifyArchive(file));
-    QVERIFY2(found.contains(rules.first()), qPrintable(found.join(QLatin1Char(' '))));
-
-    // And wherever a single byte is another.
-    const int step = whole.size() / 40;
-    for (int position = 7; position < whole.size(); position += step) {
-        archive = whole;
-        archive[position] = static_cast<char>(archive.at(position) ^ 0x10);
-        QVERIFY(put(file, archive));
-        QVERIFY2(!verifyArchive(file).isEmpty(), qPrintable(QString::number(position)));
-    }
+    QVERIFY2(found.contains(QLatin1String(QTest::currentDataTag())),
+             qPrintable(found.join(QLatin1Char(' '))));
 }
 
 void TestProjects::whatIsNoPluginFolderIsNotPacked()
