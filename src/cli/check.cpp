@@ -9,9 +9,12 @@
 #include "command.h"
 #include "findingoutput.h"
 #include "librarycheck.h"
+#include "loadcheck.h"
 #include "metadatacheck.h"
 #include "output.h"
+#include "pictureenvironment.h"
 #include "pluginarchive.h"
+#include "pluginfolder.h"
 #include "rules.h"
 
 #include <algorithm>
@@ -34,6 +37,14 @@ struct CheckOptions
     std::string id;
     std::string sourceFile;
     std::vector<std::string> translationFiles;
+
+    // of the checks that run the plugin's code
+    bool isLoaded = false;
+    bool isInProcess = false;
+    quint32 seed = 1;
+    double timeLimit = 20; // seconds
+    std::vector<std::string> widgets;
+    std::vector<std::string> checks;
 };
 
 /// One run of the checks over all paths.
@@ -54,6 +65,8 @@ private:
     void noPlugins(const QString &path);
     void file(const QString &path);
     void metadataFile(const QString &path, const QByteArray &content);
+    void pluginFolder(const QString &path);
+    void load(const QString &libraryPath, const QString &expectedId);
     void unreadable(const QString &path, const QString &reason);
     void print() const;
     QString nextCommand() const;
@@ -62,8 +75,19 @@ private:
     const CheckOptions &m_options;
     CheckReport m_report;
     bool m_isUnreadable = false;
+    bool m_hasDied = false;
+    QString m_usageProblem;
     QString m_nextCommand;
 };
+
+QStringList textsOfArguments(const std::vector<std::string> &arguments)
+{
+    QStringList texts;
+    for (const std::string &argument : arguments) {
+        texts.append(textOfArgument(argument));
+    }
+    return texts;
+}
 
 QString quoted(const QString &path)
 {
@@ -75,7 +99,14 @@ int CheckRun::run()
     for (const std::string &path : m_options.paths) {
         this->path(textOfArgument(path));
     }
+    if (!m_usageProblem.isEmpty()) {
+        printError(m_usageProblem);
+        return ExitUsage;
+    }
     print();
+    if (m_hasDied) {
+        return ExitDied;
+    }
     if (m_isUnreadable) {
         return ExitUnreadable;
     }
@@ -109,7 +140,7 @@ void CheckRun::folder(const QString &path)
         return;
     }
     if (isPluginFolder(path)) {
-        checkPluginFolder(path, libraryOptions(), m_options.isComplete, m_report);
+        pluginFolder(path);
         m_nextCommand = QStringLiteral("kora render %1 --out pictures").arg(quoted(path));
         return;
     }
@@ -123,9 +154,37 @@ void CheckRun::folder(const QString &path)
         return;
     }
     for (const QString &folder : folders) { // the loader looks at every one
-        checkPluginFolder(dir.filePath(folder), libraryOptions(), m_options.isComplete, m_report);
+        pluginFolder(dir.filePath(folder));
     }
     m_nextCommand = QStringLiteral("kora list %1").arg(quoted(path));
+}
+
+void CheckRun::pluginFolder(const QString &path)
+{
+    const int errors = m_report.count(Finding::Error);
+    checkPluginFolder(path, libraryOptions(), m_options.isComplete, m_report);
+    const PluginFolder folder(path);
+    if (m_options.isLoaded && m_report.count(Finding::Error) == errors) {
+        load(folder.libraryPath(), folder.name());
+    }
+}
+
+/// Runs the plugin's code. A library that cannot be right is not even loaded: its findings are there already.
+void CheckRun::load(const QString &libraryPath, const QString &expectedId)
+{
+    LoadCheckOptions options;
+    options.path = m_report.checked.last();
+    options.isInProcess = m_options.isInProcess;
+    options.plan.libraryPath = libraryPath;
+    options.plan.expectedId = expectedId;
+    options.plan.seed = m_options.seed;
+    options.plan.timeLimitMs = static_cast<int>(m_options.timeLimit * 1000);
+    options.plan.widgets = textsOfArguments(m_options.widgets);
+    options.plan.checks = textsOfArguments(m_options.checks);
+    const LoadCheckResult result = runLoadChecks(options);
+    m_report.findings += result.findings;
+    m_hasDied = m_hasDied || result.hasDied;
+    m_usageProblem = result.problem;
 }
 
 void CheckRun::noPlugins(const QString &path)
@@ -157,7 +216,11 @@ void CheckRun::file(const QString &path)
         metadataFile(path, file.readAll());
         return;
     }
-    checkLibrary(path, libraryOptions(), m_report); // checks that run the library's code belong behind this
+    const int errors = m_report.count(Finding::Error);
+    checkLibrary(path, libraryOptions(), m_report);
+    if (m_options.isLoaded && m_report.count(Finding::Error) == errors) {
+        load(QFileInfo(path).absoluteFilePath(), textOfArgument(m_options.id));
+    }
     m_nextCommand = QStringLiteral("kora check <plugins>/<id>");
 }
 
@@ -165,9 +228,7 @@ void CheckRun::metadataFile(const QString &path, const QByteArray &content)
 {
     MetadataCheckOptions options;
     options.expectedId = textOfArgument(m_options.id);
-    for (const std::string &file : m_options.translationFiles) {
-        options.translationFiles.append(textOfArgument(file));
-    }
+    options.translationFiles = textsOfArguments(m_options.translationFiles);
     m_report.findings += checkMetadata(content, path, options);
     m_nextCommand = QStringLiteral("cmake --build <build folder>, then kora check <build folder>/plugins");
 }
@@ -211,11 +272,39 @@ void CheckRun::print() const
 
 int runCheck(const CheckOptions &options)
 {
+    if (options.isInProcess) { // the plugin's widgets live here
+        const OffscreenApplication application;
+        return CheckRun(options).run();
+    }
     char name[] = "kora";
     char *arguments[] = {name, nullptr};
     int argumentCount = 1;
     const QCoreApplication application(argumentCount, arguments);
     return CheckRun(options).run();
+}
+
+void addLoadOptions(CLI::App *command, CheckOptions &options)
+{
+    CLI::Option *load = command->add_flag("--load", options.isLoaded, "Run the plugin's code too");
+    command
+        ->add_option("--widget", options.widgets, "Only this widget, in all versions or in one; repeatable")
+        ->option_text("ID[@VERSION]")
+        ->allow_extra_args(false)
+        ->needs(load);
+    command->add_option("--check", options.checks, "Only this check; repeatable")
+        ->option_text("NAME")
+        ->allow_extra_args(false)
+        ->needs(load);
+    command->add_option("--seed", options.seed, "Other random values (1 if not given)")
+        ->option_text("N")
+        ->needs(load);
+    command->add_option("--timeout", options.timeLimit, "Seconds that a check may take (20 if not given)")
+        ->option_text("S")
+        ->check(CLI::Range(0.1, 86400.0))
+        ->needs(load);
+    command
+        ->add_flag("--in-process", options.isInProcess, "In this process, without time limit, for a debugger")
+        ->needs(load);
 }
 
 } // namespace
@@ -247,7 +336,10 @@ void addCheckCommand(CLI::App &app, CommandRun &run)
                      "Translation file of a metadata file, instead of those beside it; repeatable")
         ->option_text("FILE")
         ->allow_extra_args(false);
-    command->footer("Runs no code of the plugin, so it also checks libraries for other processors.\n"
-                    "Exit status: 0 fine, 1 findings, 2 wrong usage, 3 a path cannot be read.");
+    addLoadOptions(command, *options);
+    command->footer(
+        "Without --load no code of the plugin runs, so it also checks libraries for other processors.\n"
+        "Exit status: 0 fine, 1 findings, 2 wrong usage, 3 a path cannot be read, 4 a plugin crashed, hung\n"
+        "or ended the process that checked it.");
     command->callback([options, &run] { run = [options] { return runCheck(*options); }; });
 }

@@ -65,6 +65,7 @@ int main(int argc, char **argv)
     addRenderCommand(app, run);
     addPackCommand(app, run);
     addResourcesCommand(app, run);
+    addCheckChildCommand(app, run);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &error) {

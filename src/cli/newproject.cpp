@@ -262,9 +262,8 @@ private:
     void copySchema()
     {
         QFile schema(QLatin1String(":/schema/") + schemaName);
-        if (schema.open(QIODevice::ReadOnly)) {
-            write(schemaName, QString::fromUtf8(schema.readAll()));
-        }
+        const bool isOpen = schema.open(QIODevice::ReadOnly);
+        write(schemaName, isOpen ? QString::fromUtf8(schema.readAll()) : QString());
     }
 
     bool writeTranslations(QString &problem) const

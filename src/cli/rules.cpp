@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "rules.h"
 
+#include "loadcheckrules.h"
+
 #include <algorithm>
 
 using KORA::DEV::Finding;
 
-const std::vector<Rule> &allRules()
+namespace {
+
+const std::vector<Rule> &staticRules()
 {
     static const std::vector<Rule> rules = {
         {"input-unreadable", Finding::Error, "a path that was given cannot be read", "a mistyped path",
@@ -219,6 +223,18 @@ const std::vector<Rule> &allRules()
          "all files are as they were packed, but other bytes of the archive are not",
          "it was packed anew by another program", "kora pack plugins/<id> -o boiler.tar"},
     };
+    return rules;
+}
+
+} // namespace
+
+const std::vector<Rule> &allRules()
+{
+    static const std::vector<Rule> rules = [] {
+        std::vector<Rule> all = staticRules();
+        all.insert(all.end(), loadCheckRules().cbegin(), loadCheckRules().cend());
+        return all;
+    }();
     return rules;
 }
 
