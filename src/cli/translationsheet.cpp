@@ -70,8 +70,8 @@ public:
         const QStringList fields = splitTranslationLine(text);
         if (text.isEmpty()) {
             ++m_sheet.emptyLines;
-            addFault(fault(m_path, line, QStringLiteral("csv-fields"),
-                           QStringLiteral("the line is empty"), QStringLiteral("remove it")));
+            addFault(fault(m_path, line, QStringLiteral("csv-fields"), QStringLiteral("the line is empty"),
+                           QStringLiteral("remove it")));
         } else if (fields.size() != fieldsPerRow) {
             addFault(wrongFieldCount(m_path, line, text, fields.size()));
         } else {
@@ -266,6 +266,7 @@ QString translationSheetText(const QString &header, const QVector<TranslationRow
                 QStringLiteral("\"%1\" cannot be written into a translation file").arg(text),
                 QStringLiteral(
                     "texts have one line; some with quotes beside commas or at the edge cannot be written")));
+            break;
         }
         if (fields.size() == fieldsPerRow) {
             content += fields.join(comma) + QLatin1Char('\n');

@@ -395,8 +395,8 @@ void TestProjects::doctorTellsOfPlugins()
     QCOMPARE(result.exitCode, 1);
     for (const QString &expected :
          {QStringLiteral("5.15"), QStringLiteral("Roboto"), QStringLiteral("cmake, for"),
-          QStringLiteral("the folder's name is not a UUID"), lampsId}) {
-        QVERIFY2(result.out.contains(expected), qPrintable(result.out));
+          QStringLiteral("odd: the folder's name"), lampsId}) {
+        QVERIFY2(result.out.contains(expected), qPrintable(expected + result.out.right(700)));
     }
 }
 
