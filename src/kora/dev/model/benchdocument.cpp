@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace KORA {
 namespace DEV {
@@ -45,8 +46,12 @@ BenchDocument::BenchDocument(WidgetLibraryPluginData *plugin, QObject *parent)
     , m_language(plugin ? plugin->metaInformation()->defaultLanguage() : QStringLiteral("en-US"))
 {
     applyPage(m_page);
-    m_providersBefore = m_providers->toJson();
+    m_providers->addDefaults();
+    m_providersBefore = m_providers->toJson(Providers::EditsOnly);
     connect(m_providers.get(), &Providers::edited, this, &BenchDocument::onProvidersEdited);
+    connect(m_providers->tags(), &TagTable::tagRenamed, this, [this](const QString &from, const QString &to) {
+        m_tagRenames.append({from, to});
+    });
     connect(m_providers->tags(), &TagTable::valueChanged, this,
             [this](const QString &tag, const QVariant &value) {
                 const auto widgets = m_widgets; // a handler may place or remove some
@@ -565,23 +570,45 @@ void BenchDocument::setBinding(PlacedWidget *widget, const QString &fieldId, con
 
 // Simulated plant -----------------------------------------------------------------------------------------------
 
-/// The tables have been changed already: the step starts with an empty redo.
+/// The tables have been changed already: the step starts without them. Fields follow a tag that gets another name.
 void BenchDocument::onProvidersEdited()
 {
     if (m_providersAreRestored) {
         return;
     }
     const QJsonObject before = m_providersBefore;
-    m_providersBefore = m_providers->toJson();
+    m_providersBefore = m_providers->toJson(Providers::EditsOnly);
+    const QVector<QPair<QString, QString>> renames = std::exchange(m_tagRenames, {});
     push(
         tr("Change the simulated plant"), QString(),
-        [this, after = m_providersBefore, isFirst = true]() mutable {
+        [this, renames, after = m_providersBefore, isFirst = true]() mutable {
             if (!isFirst) {
                 restoreProviders(after);
             }
             isFirst = false;
+            for (const auto &rename : renames) {
+                renameBindings(rename.first, rename.second);
+            }
         },
-        [this, before] { restoreProviders(before); });
+        [this, renames, before] {
+            for (const auto &rename : renames) {
+                renameBindings(rename.second, rename.first);
+            }
+            restoreProviders(before);
+        });
+}
+
+void BenchDocument::renameBindings(const QString &from, const QString &to)
+{
+    for (PlacedWidget *widget : qAsConst(m_widgets)) {
+        const QStringList ids = widget->m_state.bindings.keys(from);
+        for (const QString &id : ids) {
+            if (fieldTypeOf(widget->info(), id) != FieldTypeTrend) {
+                widget->m_state.bindings.insert(id, to);
+                emit widget->bindingChanged(id);
+            }
+        }
+    }
 }
 
 void BenchDocument::restoreProviders(const QJsonObject &json)
@@ -590,7 +617,8 @@ void BenchDocument::restoreProviders(const QJsonObject &json)
     QStringList problems; // none: the tables wrote it themselves
     m_providers->fromJson(json, problems);
     m_providersAreRestored = false;
-    m_providersBefore = m_providers->toJson();
+    m_tagRenames.clear();
+    m_providersBefore = m_providers->toJson(Providers::EditsOnly);
 }
 
 // Scenarios -----------------------------------------------------------------------------------------------------
@@ -680,7 +708,8 @@ int BenchDocument::load(const Scenario &scenario, QStringList &dropped, bool isS
         }
         insert(state, m_widgets.size(), isStopped);
     }
-    m_providersBefore = m_providers->toJson();
+    m_tagRenames.clear();
+    m_providersBefore = m_providers->toJson(Providers::EditsOnly);
     emit loaded();
     emit changed();
     return valueCount;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QtCore/QObject>
+#include <QtCore/QPair>
 #include <QtCore/QPointF>
 #include <QtCore/QSet>
 #include <QtCore/QVector>
@@ -149,6 +150,7 @@ private:
     void applyFieldTexts(int id, const QString &fieldId, const QJsonValue &texts);
     void onProvidersEdited();
     void restoreProviders(const QJsonObject &json);
+    void renameBindings(const QString &from, const QString &to);
     QString uniqueName(const QString &widgetId, const QSet<QString> &taken = {}) const;
 
     INTERNAL::WidgetLibraryPluginData *m_plugin;
@@ -161,7 +163,8 @@ private:
     PageState m_page;
     BenchMode m_mode = BenchMode::Studio;
     QString m_language;
-    QJsonObject m_providersBefore; // as of the last undo step
+    QJsonObject m_providersBefore;                 // as of the last undo step
+    QVector<QPair<QString, QString>> m_tagRenames; // from and to, of the edit that is going on
     bool m_providersAreRestored = false;
     int m_lastId = 0;
     int m_lastGesture = 0;

@@ -98,9 +98,9 @@ bool AlarmTable::act(AlarmStates::Action action, const QString &name)
     alarm.state = AlarmStates::after(action, alarm);
     if (action == AlarmStates::Raise) {
         alarm.timestamp = m_clock->now();
-        if (m_tags->contains(alarm.tagName)) {
-            alarm.tagValue = m_tags->value(alarm.tagName);
-        }
+        const QVariant value =
+            m_tags->contains(alarm.tagName) ? m_tags->value(alarm.tagName) : alarm.tagValue;
+        alarm.tagValue = value;
     }
     m_alarms[row] = alarm;
     touchRow(row);
