@@ -117,6 +117,8 @@ void TestPlant::everyTextIsTranslated()
             QVERIFY2(original.isEmpty() || text.contains(language), qPrintable(language + original));
         }
     }
+    const WidgetFixture live(*m_library, m_host, gauge, {}, QStringLiteral("it-IT"));
+    QCOMPARE(live.get("label"), QVariant(QStringLiteral("Pressione")));
 }
 
 void TestPlant::noValueLooksDifferent_data()

@@ -31,14 +31,16 @@ public:
     /// Fields that the widget wrote, with the values, as hosts are told of them.
     using Writes = QVector<QPair<QString, QVariant>>;
 
-    WidgetFixture(const Library &library, Host &host, const QString &id, const QString &version = {})
+    /// The version is the latest, and texts that are kept per language are in the library's own, if not given.
+    WidgetFixture(const Library &library, Host &host, const QString &id, const QString &version = {},
+                  const QString &language = {})
         : metaData(library.widget(id, version))
         , page(metaData.defaultSize().isEmpty() ? QSizeF(100, 100) : metaData.defaultSize())
     {
         if (!metaData.isValid()) {
             m_problem = QStringLiteral("the metadata declares no widget %1 %2").arg(id, version);
         } else if (makeWidget(library, host) && makeItem()) {
-            start();
+            start(language);
         }
     }
     Q_DISABLE_COPY(WidgetFixture)
@@ -126,19 +128,18 @@ private:
         }
         return item;
     }
-    void start()
+    void start(const QString &language)
     {
         QObject::connect(hold(), &KORA::WidgetPrivate::fieldIsChanged, &page.view,
                          [this](const QString &fieldId, const QVariant &value) {
                              m_writes.append({fieldId, value});
                          });
         page.scene.addItem(item);
-        setDefaults();
+        setDefaults(language);
         KORA::INTERNAL::GraphicsObjectPrivateAccessor::priv(item)->resize(page.scene.sceneRect().size());
         hold()->init();
     }
-    // Texts that are kept per language come in the library's own.
-    void setDefaults()
+    void setDefaults(const QString &language)
     {
         const auto fields = metaData.fields();
         for (const KORA::INTERNAL::FieldMetaInformation &field : fields) {
@@ -146,8 +147,27 @@ private:
                 hold()->setFieldValue(field.id() + QStringLiteral(".font"), field.defaultFont(), true, true);
             }
             if (field.defaultValue().isValid()) {
-                set(field.id(), field.defaultValue());
+                set(field.id(), defaultOf(field, language));
             }
+        }
+    }
+    static QVariant defaultOf(const KORA::INTERNAL::FieldMetaInformation &field, const QString &language)
+    {
+        QMap<int, QString> texts;
+        const auto defaults = field.defaultTexts();
+        for (auto text = defaults.cbegin(); text != defaults.cend(); ++text) {
+            texts.insert(text.key(), text->get(language, true));
+        }
+        if (texts.isEmpty()) {
+            return field.defaultValue();
+        }
+        switch (field.type()) {
+        case KORA::INTERNAL::FieldTypeString:
+            return texts.value(0);
+        case KORA::INTERNAL::FieldTypeStringList:
+            return QVariant(QStringList(texts.values()));
+        default:
+            return QVariant::fromValue(texts);
         }
     }
 
