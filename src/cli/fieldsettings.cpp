@@ -7,6 +7,8 @@
 #include <QtGui/QColor>
 
 #include <kora/core/widgetlibrarypluginutils.h>
+#include <kora/dev/model/fieldvaluejson.h>
+#include <kora/runtime/widget_p.h>
 
 #include <algorithm>
 #include <cmath>
@@ -216,4 +218,15 @@ bool valuesOfSettings(const WidgetMetaInformation &widget, const QList<FieldSett
         values.append({setting.fieldId, withinBounds(widget, setting, given, remarks)});
     }
     return true;
+}
+
+void setDefaultValues(KORA::WidgetPrivate *widget, const WidgetMetaInformation &info, const QString &language)
+{
+    const QStringList ids = KORA::DEV::fieldIds(info);
+    for (const QString &id : ids) {
+        const QVariant value = KORA::DEV::fieldDefault(info, id, language);
+        if (value.isValid()) {
+            widget->setFieldValue(id, value, true, true);
+        }
+    }
 }

@@ -8,6 +8,10 @@
 
 #include <kora/core/widgetmetainformation.h>
 
+namespace KORA {
+class WidgetPrivate;
+} // namespace KORA
+
 /// "field=value" of the command line.
 struct FieldSetting
 {
@@ -37,3 +41,7 @@ struct FieldValue
 bool valuesOfSettings(const KORA::INTERNAL::WidgetMetaInformation &widget,
                       const QList<FieldSetting> &settings, QList<FieldValue> &values, QStringList &remarks,
                       QString &problem);
+
+/// Sets all default values, as a host does before it starts a widget; multi-language texts in @p language.
+void setDefaultValues(KORA::WidgetPrivate *widget, const KORA::INTERNAL::WidgetMetaInformation &info,
+                      const QString &language);

@@ -6,7 +6,6 @@
 #include <QtGui/QPainter>
 #include <QtWidgets/QGraphicsScene>
 
-#include <kora/dev/model/fieldvaluejson.h>
 #include <kora/dev/model/hostservices.h>
 #include <kora/dev/model/livewidget.h>
 #include <kora/host.h>
@@ -40,13 +39,7 @@ bool pictureSize(const WidgetMetaInformation &info, const QSizeF &wanted, QSizeF
 void setValues(KORA::WidgetPrivate *widget, const WidgetMetaInformation &info,
                const PictureSettings &settings)
 {
-    const QStringList ids = fieldIds(info);
-    for (const QString &id : ids) {
-        const QVariant value = fieldDefault(info, id, settings.language);
-        if (value.isValid()) {
-            widget->setFieldValue(id, value, true, true);
-        }
-    }
+    setDefaultValues(widget, info, settings.language);
     for (const FieldValue &field : settings.values) {
         widget->setFieldValue(field.fieldId, field.value, true, true);
     }
