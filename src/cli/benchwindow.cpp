@@ -338,8 +338,8 @@ void BenchWindow::showDetails(const QString &title, const QString &text)
     view->setLineWrapMode(QPlainTextEdit::NoWrap);
     view->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close);
-    connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::close);
-    connect(dialog, &QObject::destroyed, this, &BenchWindow::tellCrash);
+    connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
+    connect(dialog, &QDialog::finished, this, &BenchWindow::tellCrash);
     auto *layout = new QVBoxLayout(dialog);
     layout->addWidget(view);
     layout->addWidget(buttons);
