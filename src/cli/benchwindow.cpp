@@ -314,7 +314,8 @@ void BenchWindow::tellCrash()
                 {tr("Start without %1").arg(instance), [this, instance] { startAgain(instance); }});
         }
     }
-    actions.append({tr("Show details"), [this, crash] { showDetails(crash.summary(), crash.details); }});
+    actions.append({tr("Show details"),
+                    [this, crash] { showDetails(crash.summary(), crash.details, [this] { tellCrash(); }); }});
     const QString advice =
         crash.isRepeated ? tr("The second crash within a minute: the plugin stays stopped until you start it "
                               "or build it anew.")
@@ -323,8 +324,9 @@ void BenchWindow::tellCrash()
                          crashBanner);
 }
 
-/// The message has closed itself: it comes back with the dialog's end.
-void BenchWindow::showDetails(const QString &title, const QString &text)
+/// @p afterwards brings back the message, which has closed itself.
+void BenchWindow::showDetails(const QString &title, const QString &text,
+                              const std::function<void()> &afterwards)
 {
     auto *dialog = new QDialog(m_window.get());
     dialog->setObjectName(QStringLiteral("crashDetails"));
@@ -339,7 +341,7 @@ void BenchWindow::showDetails(const QString &title, const QString &text)
     view->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
-    connect(dialog, &QDialog::finished, this, &BenchWindow::tellCrash);
+    connect(dialog, &QDialog::finished, this, afterwards);
     auto *layout = new QVBoxLayout(dialog);
     layout->addWidget(view);
     layout->addWidget(buttons);
@@ -381,27 +383,27 @@ void BenchWindow::onCommand(const QJsonObject &message)
             m_session->suspend();
         }
         send("handedOver");
-    } else if (command == QLatin1String("reloadRefused")) {
-        onReloadRefused(message[QLatin1String("reason")].toString(),
-                        message[QLatin1String("details")].toString());
-    } else if (command == QLatin1String("reload")) {
+    } else if (command == QLatin1String("reloadRefused") && m_window) {
+        if (m_session) {
+            m_session->resume();
+        }
+        tellRefusal(message[QLatin1String("reason")].toString(),
+                    message[QLatin1String("details")].toString());
+    } else if (command == QLatin1String("reload") && m_window) {
         emit m_window->reloadRequested(true);
-    } else if (command == QLatin1String("startAgain")) {
+    } else if (command == QLatin1String("startAgain") && m_window) {
         startAgain(message[QLatin1String("without")].toString());
     }
 }
 
-void BenchWindow::onReloadRefused(const QString &reason, const QString &details)
+void BenchWindow::tellRefusal(const QString &reason, const QString &details)
 {
-    if (m_session) {
-        m_session->resume();
-    }
-    if (!m_window) {
-        return;
-    }
     QVector<BannerAction> actions;
     if (!details.isEmpty()) {
-        actions.append({tr("Show details"), [this, reason, details] { showDetails(reason, details); }});
+        actions.append({tr("Show details"), [this, reason, details] {
+                            showDetails(reason, details,
+                                        [this, reason, details] { tellRefusal(reason, details); });
+                        }});
     }
     m_window->showBanner(BannerKind::Error,
                          m_isLoaded

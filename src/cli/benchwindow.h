@@ -11,6 +11,7 @@
 #include "crashtrace.h"
 #include "jsonchannel.h"
 
+#include <functional>
 #include <memory>
 
 namespace KORA {
@@ -45,11 +46,11 @@ private:
 
     void tellReload();
     void tellCrash();
-    void showDetails(const QString &title, const QString &text);
+    void tellRefusal(const QString &reason, const QString &details);
+    void showDetails(const QString &title, const QString &text, const std::function<void()> &afterwards);
     void startAgain(const QString &without);
 
     void onCommand(const QJsonObject &message);
-    void onReloadRefused(const QString &reason, const QString &details);
     void quit();
     void send(const char *event, QJsonObject more = {});
 

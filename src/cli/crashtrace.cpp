@@ -2,6 +2,8 @@
 #include "crashtrace.h"
 
 #include <QtCore/QDir>
+#include <QtCore/QFileInfo>
+#include <QtCore/QRegularExpression>
 
 #include <csignal>
 #include <cstdlib>
@@ -85,17 +87,21 @@ QStringList lastLines(const QString &path)
     return lines.mid(qMax(0, lines.size() - lineCount));
 }
 
-// "lib.so(_ZN4Tank4initEv+0x12)[0x7f]" with the function's name as it stands in the source
+// "/path/lib.so(_ZN4Tank4initEv+0x12)[0x7f]" as "lib.so: Tank::init()+0x12"
 QString readableFrame(const QString &frame)
 {
-    const int begin = frame.indexOf(QLatin1Char('(')) + 1;
-    const int end = frame.indexOf(QLatin1Char('+'), begin);
+    static const QRegularExpression form(QStringLiteral("\\A(.*)\\((.*)(\\+0x[0-9a-f]+)\\)\\[.*\\]\\z"));
+    const QRegularExpressionMatch match = form.match(frame);
+    if (!match.hasMatch()) {
+        return frame;
+    }
     int status = -1;
-    const QByteArray mangled = frame.mid(begin, end - begin).toLatin1();
-    char *name = end > begin ? abi::__cxa_demangle(mangled.constData(), nullptr, nullptr, &status) : nullptr;
-    const QString result = name ? frame.left(begin) + QString::fromLatin1(name) + frame.mid(end) : frame;
+    const QString mangled = match.captured(2);
+    char *name = abi::__cxa_demangle(mangled.toLatin1().constData(), nullptr, nullptr, &status);
+    const QString function = name ? QString::fromLatin1(name) : mangled;
     std::free(name);
-    return result;
+    return QStringLiteral("%1: %2%3")
+        .arg(QFileInfo(match.captured(1)).fileName(), function, match.captured(3));
 }
 
 // Innermost first; the handler's own frames are of no interest.
