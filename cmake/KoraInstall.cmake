@@ -48,7 +48,11 @@ if(TARGET kora AND NOT KORA_DEBIAN_PATHS)
     set_target_properties(kora PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
 endif()
 
+# Editors complete and check metadata files by it
+install(FILES ${PROJECT_SOURCE_DIR}/sdk/schema/widget-library.schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/kora)
+
 install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} OPTIONAL)
-install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} OPTIONAL)
+install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} OPTIONAL
+    FILES_MATCHING PATTERN *.md PATTERN *.png PATTERN api EXCLUDE)
 
 include(cmake/KoraPackages.cmake)

@@ -5,13 +5,16 @@
 
 #include <kora/log/logging.h>
 
+#include <utility>
+
 namespace {
 
 const QChar categoryEnd(0x1f);
 
 } // namespace
 
-LogCollector::LogCollector()
+LogCollector::LogCollector(Listener listener)
+    : m_listener(std::move(listener))
 {
     KORA::koraSetLogMessagePattern(QLatin1String("%{CATEGORY}") + categoryEnd + QLatin1String("%{MESSAGE}"));
     KORA::koraInstallLogMessageHandlerPrivate(&LogCollector::receive, this);
@@ -46,8 +49,12 @@ void LogCollector::receive(int type, const QString &source, const QString &forma
 {
     auto *self = static_cast<LogCollector *>(opaque);
     const int end = formatted.indexOf(categoryEnd);
+    const LogLine line{type, source, formatted.left(end), formatted.mid(end + 1)};
+    if (self->m_listener) {
+        self->m_listener(line);
+    }
     const QMutexLocker lock(&self->m_mutex);
-    self->m_lines.append({type, source, formatted.left(end), formatted.mid(end + 1)});
+    self->m_lines.append(line);
 }
 
 bool isWarning(const LogLine &line)

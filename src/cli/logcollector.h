@@ -6,6 +6,8 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <functional>
+
 /// A line that the library or a plugin logged.
 struct LogLine
 {
@@ -19,7 +21,10 @@ struct LogLine
 class LogCollector
 {
 public:
-    LogCollector();
+    /// Told of each line at once, on the thread that logs it.
+    using Listener = std::function<void(const LogLine &)>;
+
+    explicit LogCollector(Listener listener = {});
     ~LogCollector();
     Q_DISABLE_COPY_MOVE(LogCollector)
 
@@ -31,6 +36,7 @@ public:
 private:
     static void receive(int type, const QString &source, const QString &formatted, void *opaque);
 
+    Listener m_listener;
     QMutex m_mutex;
     QList<LogLine> m_lines;
 };

@@ -16,13 +16,15 @@ const char descriptionC[] =
 
 const char footerC[] =
     "Results go to standard output, errors to standard error.\n"
-    "Exit status: 0 fine, 1 something was refused, unreadable or not written, 2 wrong usage.\n"
+    "Exit status: 0 fine, 1 something was refused, unreadable or not written, 2 wrong usage;\n"
+    "check: 3 if a path cannot be read.\n"
     "\n"
     "Examples:\n"
     "  kora list plugins\n"
     "  kora describe plugins/<id> --format json\n"
     "  kora render plugins/<id> --widget gauge --set value=75 --out pictures\n"
-    "  kora resources plugins resources --language en-US";
+    "  kora resources plugins resources --language en-US\n"
+    "  kora check boiler.json";
 
 /// Sets the usage apart from the description above it.
 class HelpFormatter : public CLI::Formatter
@@ -57,6 +59,9 @@ int main(int argc, char **argv)
     addDescribeCommand(app, run);
     addRenderCommand(app, run);
     addResourcesCommand(app, run);
+    addCheckCommand(app, run);
+    addExplainCommand(app, run);
+    addCheckChildCommand(app, run);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &error) {

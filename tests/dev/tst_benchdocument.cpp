@@ -188,6 +188,14 @@ void TestBenchDocument::boundFieldFollowsTheTagBothWays()
     emit WidgetPrivateAccessor::priv(widget->widget())->fieldIsChanged(value, 40.0);
     QCOMPARE(tags->value(tag).toDouble(), 40.0);
 
+    definition = tags->definition(tag);
+    definition.name = QStringLiteral("Revolutions");
+    QVERIFY(tags->edit(tag, definition, nullptr));
+    QCOMPARE(widget->binding(value), definition.name);
+    document.undoStack()->undo();
+    QCOMPARE(widget->binding(value), tag);
+    QVERIFY(tags->contains(tag));
+
     document.undoStack()->undo();
     QVERIFY(widget->binding(value).isEmpty());
     QVERIFY(tags->setValue(tag, 50.0));

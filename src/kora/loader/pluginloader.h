@@ -21,8 +21,8 @@ class PluginLoaderPrivate;
 
 /// Loads widget libraries from plugin folders, keeps a record of each, and drives their life-cycle hooks.
 ///
-/// A plugin folder is named by the plugin's UUID and holds a library per platform at <os>/<arch>/, on Linux
-/// lib<folder name>.so. The phases: load folders (not inited), init() (inited), deinit() (not inited again),
+/// A plugin folder is named by the plugin's UUID and holds a library per platform at `<os>/<arch>/`, on Linux
+/// `lib<folder name>.so`. The phases: load folders (not inited), init() (inited), deinit() (not inited again),
 /// unload() (empty). Failures come back as false and are logged: "GENERAL" for misuse, "PLUGIN_LOADING" for a
 /// plugin. Used from the GUI thread.
 class KORA_EXPORT PluginLoader : public QObject

@@ -89,7 +89,7 @@ KORA_EXPORT void koraUninstallLogMessageHandlerPrivate();
 /// Replaces the pattern that lines are formatted with. Thread-safe.
 ///
 /// Placeholders: %{TYPE} %{CATEGORY} %{MESSAGE} %{FILE} %{LINE} %{FUNCTION} %{PID} %{THREAD}, %{TIME} or
-/// %{TIME <QDateTime format>}, and the conditions %{IF-CATEGORY} and %{IF-NOT-INFO}, each up to %{ENDIF}.
+/// `%{TIME <QDateTime format>}`, and the conditions %{IF-CATEGORY} and %{IF-NOT-INFO}, each up to %{ENDIF}.
 /// Unknown placeholders vanish. Nothing is reported for a pattern that does not balance.
 KORA_EXPORT void koraSetLogMessagePattern(const QString &text);
 

@@ -94,14 +94,15 @@ bool AlarmTable::act(AlarmStates::Action action, const QString &name)
     if (row < 0 || !AlarmStates::hasEffect(action, m_alarms.at(row))) {
         return false;
     }
-    AlarmInfoData &alarm = m_alarms[row];
+    AlarmInfoData alarm = m_alarms.at(row);
     alarm.state = AlarmStates::after(action, alarm);
     if (action == AlarmStates::Raise) {
         alarm.timestamp = m_clock->now();
-        if (m_tags->contains(alarm.tagName)) {
-            alarm.tagValue = m_tags->value(alarm.tagName);
-        }
+        const QVariant value =
+            m_tags->contains(alarm.tagName) ? m_tags->value(alarm.tagName) : alarm.tagValue;
+        alarm.tagValue = value;
     }
+    m_alarms[row] = alarm;
     touchRow(row);
     Q_EMIT alarmChanged(AlarmInfo(alarm));
     return true;

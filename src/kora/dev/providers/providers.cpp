@@ -115,6 +115,7 @@ void Providers::noteEdit()
 
 void Providers::setFolder(const QString &folder)
 {
+    m_folder = folder;
     m_tags.setFolder(folder);
     m_trends.setFolder(folder);
 }

@@ -40,6 +40,7 @@ public:
 
     /// Where relative paths of replay files start: the folder of the scenario. Absolute ones need none.
     void setFolder(const QString &folder);
+    QString folder() const { return m_folder; }
 
     /// All that fromJson() needs to go on in the same way; recorded values are not kept. Keys: "clock", "tags",
     /// "trends", "alarms", "burst".
@@ -64,6 +65,7 @@ private:
     TagTable m_tags;
     TrendTable m_trends;
     AlarmTable m_alarms;
+    QString m_folder;
     bool m_isLoading = false;
 };
 

@@ -41,13 +41,17 @@ public:
         ChoicesRole,               ///< texts of a ChoiceEditor; the cell's edit value is the index
         MinimumRole,
         MaximumRole, ///< of a WholeNumberEditor
-        SuffixRole
+        SuffixRole,
+        ProblemRole ///< rowProblem()
     };
 
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
     bool setData(const QModelIndex &index, const QVariant &value, int role) override;
+
+    /// How most cells of a column are edited.
+    ProviderColumn::Editor columnEditor(int column) const { return m_columns.at(column).editor; }
 
     virtual QStringList names() const = 0;
     virtual bool remove(const QString &name) = 0;

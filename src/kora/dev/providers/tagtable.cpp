@@ -36,6 +36,30 @@ QStringList typeNames()
     return names;
 }
 
+bool readTag(const QJsonObject &object, const QSet<QString> &taken, TagDefinition &tag, QString *problem)
+{
+    JsonEntries entries(object, problem);
+    entries.allowOnly({"name", "type", "value", "generator", "known"});
+    tag.name = entries.text("name", QString());
+    const int type = entries.choice("type", typeNames(), TagTypeDouble - 1);
+    tag.type = static_cast<TagType>(type + 1); // the names begin with the type 1
+    tag.isKnown = entries.flag("known", true);
+    QString reason;
+    if (!tag.generator.fromJson(entries.object("generator"), &reason)) {
+        entries.refuse("generator", reason);
+    }
+    if (entries.contains("value")
+        && !TagValues::fromJson(tag.type, object.value(QLatin1String("value")), tag.value, &reason)) {
+        entries.refuse("value", reason);
+    }
+    if (taken.contains(tag.name)) {
+        entries.refuse("name", TagTable::tr("two tags have this name"));
+    } else if (tag.name.trimmed().isEmpty() || tag.name.size() > TagTable::LongestName) {
+        entries.refuse("name", TagTable::tr("empty, or longer than 200 characters"));
+    }
+    return entries.isGood();
+}
+
 /// The lines of a replay have to convert too, else the tag would stop in the middle of the loop.
 bool replayConverts(TagType type, const ReplayFile &replay, const QString &path, QString *problem)
 {
@@ -456,29 +480,10 @@ bool TagTable::read(const QJsonArray &array, QVector<TagDefinition> &definitions
     for (int i = 0; i < array.size(); ++i) {
         TagDefinition tag;
         QString problem;
-        const QJsonObject object = array.at(i).toObject();
-        JsonEntries entries(object, &problem);
-        entries.allowOnly({"name", "type", "value", "generator", "known"});
-        tag.name = entries.text("name", QString());
-        const int type = entries.choice("type", typeNames(), TagTypeDouble - 1);
-        tag.type = static_cast<TagType>(type + 1); // the names begin with the type 1
-        tag.isKnown = entries.flag("known", true);
-        QString reason;
-        if (!tag.generator.fromJson(entries.object("generator"), &reason)) {
-            entries.refuse("generator", reason);
-        }
-        if (entries.contains("value")
-            && !TagValues::fromJson(tag.type, object.value(QLatin1String("value")), tag.value, &reason)) {
-            entries.refuse("value", reason);
-        }
-        if (tag.name.trimmed().isEmpty() || tag.name.size() > LongestName || taken.contains(tag.name)) {
-            entries.refuse("name", taken.contains(tag.name) ? tr("two tags have this name")
-                                                            : tr("empty, or longer than 200 characters"));
-        }
-        taken.insert(tag.name);
-        if (!entries.isGood()) {
+        if (!readTag(array.at(i).toObject(), taken, tag, &problem)) {
             problems.append(tr("tags[%1] \"%2\": %3").arg(QString::number(i), tag.name, problem));
         }
+        taken.insert(tag.name);
         definitions.append(tag);
     }
     return problems.size() == before;
@@ -578,7 +583,7 @@ QVariant TagTable::displayed(const TagDefinition &tag, int column) const
     case NameColumn:
         return tag.name;
     case ValueColumn:
-        return TagValues::text(tag.value);
+        return TagValues::shortText(tag.value);
     case TypeColumn:
         return typeName(tag.type);
     case KnownColumn:
@@ -603,6 +608,15 @@ QVariant TagTable::editable(const TagDefinition &tag, int column) const
     default:
         return GeneratorCells::editable(tag.generator, column - GeneratorColumn);
     }
+}
+
+QString TagTable::toolTip(const Entry &entry, int column) const
+{
+    if (!entry.problem.isEmpty()) {
+        return entry.problem;
+    }
+    return column == ValueColumn ? TagValues::text(entry.definition.value)
+                                 : displayed(entry.definition, column).toString();
 }
 
 QStringList TagTable::choices(int column) const
@@ -633,7 +647,9 @@ QVariant TagTable::data(const QModelIndex &index, int role) const
                    ? QVariant(entry.definition.isKnown ? Qt::Checked : Qt::Unchecked)
                    : QVariant();
     case Qt::ToolTipRole:
-        return entry.problem.isEmpty() ? displayed(entry.definition, index.column()) : entry.problem;
+        return toolTip(entry, index.column());
+    case ProblemRole:
+        return entry.problem;
     case EditorRole:
         return editorOf(index.row(), index.column());
     case ChoicesRole:

@@ -125,6 +125,7 @@ private:
     void indexRows();
     QVariant displayed(const TagDefinition &tag, int column) const;
     QVariant editable(const TagDefinition &tag, int column) const;
+    QString toolTip(const Entry &entry, int column) const;
     QStringList choices(int column) const;
 
     BenchClock *m_clock;

@@ -7,7 +7,6 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonObject>
 #include <QtCore/QLocale>
-#include <QtCore/QRegularExpression>
 
 #include <algorithm>
 #include <cmath>
@@ -203,15 +202,16 @@ QVariantList elementsOf(const QVariant &value)
     if (!isText(value)) {
         return {value};
     }
-    static const QRegularExpression separator(QStringLiteral("\\s*[,;]\\s*"));
     QString text = value.toString().trimmed();
     if (text.startsWith(QLatin1Char('[')) && text.endsWith(QLatin1Char(']')) && text.size() > 1) {
         text = text.mid(1, text.size() - 2).trimmed();
     }
     QVariantList elements;
-    const QStringList parts = text.isEmpty() ? QStringList() : text.split(separator);
+    const QStringList parts = text.isEmpty()
+                                  ? QStringList()
+                                  : text.replace(QLatin1Char(';'), QLatin1Char(',')).split(QLatin1Char(','));
     for (const QString &part : parts) {
-        elements.append(part);
+        elements.append(part.trimmed());
     }
     return elements;
 }
@@ -237,6 +237,20 @@ TagType typeOf(const QVariant &value)
     default:
         return TagTypeString;
     }
+}
+
+/// As many digits as tell it from other floats: 0.1f is no 0.10000000149.
+QString floatText(float number)
+{
+    constexpr int Most = std::numeric_limits<float>::max_digits10;
+    const double real = static_cast<double>(number);
+    for (int digits = std::numeric_limits<float>::digits10; digits < Most; ++digits) {
+        const QString text = QString::number(real, 'g', digits);
+        if (std::equal_to<float>()(text.toFloat(), number)) {
+            return text;
+        }
+    }
+    return QString::number(real, 'g', Most);
 }
 
 QVariant realValue(TagType type, double real)
@@ -413,16 +427,27 @@ QString TagValues::text(const QVariant &value)
         return texts.join(QStringLiteral(", "));
     }
     case QMetaType::Float:
-        // As many digits as a float has: 0.1f is no 0.10000000149.
-        return QString::number(value.toDouble(), 'g', std::numeric_limits<float>::max_digits10 - 2).toFloat()
-                       == value.toFloat()
-                   ? QString::number(value.toDouble(), 'g', std::numeric_limits<float>::max_digits10 - 2)
-                   : QString::number(value.toDouble(), 'g', std::numeric_limits<float>::max_digits10);
+        return floatText(value.toFloat());
     case QMetaType::Double:
         return QString::number(value.toDouble(), 'g', QLocale::FloatingPointShortest);
     default:
         return value.toString();
     }
+}
+
+QString TagValues::shortText(const QVariant &value)
+{
+    constexpr int Digits = 7;
+    if (value.userType() == QMetaType::QVariantList) {
+        QStringList texts;
+        const QVariantList list = value.toList();
+        for (const QVariant &element : list) {
+            texts.append(shortText(element));
+        }
+        return texts.join(QStringLiteral(", "));
+    }
+    return value.userType() == QMetaType::Double ? QString::number(value.toDouble(), 'g', Digits)
+                                                 : text(value);
 }
 
 QJsonValue TagValues::toJson(const QVariant &value)

@@ -40,6 +40,9 @@ public:
     /// For the reader, and for convert() back: every digit, array elements joined by ", ".
     static QString text(const QVariant &value);
 
+    /// For the reader alone: seven digits of a real number.
+    static QString shortText(const QVariant &value);
+
     static QJsonValue toJson(const QVariant &value);
     static bool fromJson(INTERNAL::TagType type, const QJsonValue &json, QVariant &value, QString *problem);
 

@@ -87,6 +87,50 @@ bool isWithin(int number, int minimum, int maximum, const QString &what, QString
     return false;
 }
 
+bool hasUsableInterval(const TrendDefinition &trend, QString *reason)
+{
+    return isWithin(trend.interval, TrendDefinition::MinimumInterval, TrendDefinition::MaximumInterval,
+                    TrendTable::tr("Interval"), reason);
+}
+
+bool hasUsableDelay(const TrendDefinition &trend, QString *reason)
+{
+    return isWithin(trend.delay, 0, TrendDefinition::MaximumDelay, TrendTable::tr("Delay"), reason);
+}
+
+bool readTrend(const QJsonObject &object, const QSet<QString> &taken, TrendDefinition &trend,
+               QString *problem)
+{
+    JsonEntries entries(object, problem);
+    entries.allowOnly(
+        {"name", "source", "tag", "generator", "interval", "delay", "gaps", "tooMany", "empty"});
+    trend.name = entries.text("name", QString());
+    const QStringList sources{QStringLiteral("tag"), QStringLiteral("generator")};
+    trend.source = static_cast<TrendDefinition::Source>(entries.choice("source", sources, trend.source));
+    trend.tag = entries.text("tag", QString());
+    trend.interval = entries.integer("interval", trend.interval);
+    trend.delay = entries.integer("delay", trend.delay);
+    trend.hasGaps = entries.flag("gaps", false);
+    trend.hasTooMany = entries.flag("tooMany", false);
+    trend.answersEmpty = entries.flag("empty", false);
+    QString reason;
+    if (!trend.generator.fromJson(entries.object("generator"), &reason)) {
+        entries.refuse("generator", reason);
+    }
+    if (!hasUsableInterval(trend, &reason)) {
+        entries.refuse("interval", reason);
+    }
+    if (!hasUsableDelay(trend, &reason)) {
+        entries.refuse("delay", reason);
+    }
+    if (taken.contains(trend.name)) {
+        entries.refuse("name", TrendTable::tr("two trends have this name"));
+    } else if (trend.name.trimmed().isEmpty() || trend.name.size() > TagTable::LongestName) {
+        entries.refuse("name", TrendTable::tr("empty, or longer than 200 characters"));
+    }
+    return entries.isGood();
+}
+
 } // namespace
 
 struct TrendTable::Entry
@@ -214,6 +258,12 @@ QVariant TrendTable::valueAt(const Entry &entry, qint64 elapsed) const
     return std::isnan(number) ? QVariant() : QVariant(number);
 }
 
+QVariant TrendTable::presentValue(const QString &name) const
+{
+    const Entry *entry = find(name);
+    return entry ? valueAt(*entry, m_clock->elapsed()) : QVariant();
+}
+
 const TrendTable::Question *TrendTable::lastQuestion(const QString &name) const
 {
     const auto found = m_questions.constFind(name);
@@ -232,9 +282,7 @@ bool TrendTable::isAddable(const TrendDefinition &definition, const QString &own
     } else if (definition.source < TrendDefinition::FromTag
                || definition.source > TrendDefinition::FromGenerator) {
         reason = tr("there is no source %1").arg(static_cast<int>(definition.source));
-    } else if (isWithin(definition.interval, TrendDefinition::MinimumInterval,
-                        TrendDefinition::MaximumInterval, tr("Interval"), &reason)
-               && isWithin(definition.delay, 0, TrendDefinition::MaximumDelay, tr("Delay"), &reason)) {
+    } else if (hasUsableInterval(definition, &reason) && hasUsableDelay(definition, &reason)) {
         definition.generator.isUsable(&reason);
     }
     if (problem && !reason.isEmpty()) {
@@ -405,38 +453,10 @@ bool TrendTable::read(const QJsonArray &array, QVector<TrendDefinition> &definit
     for (int i = 0; i < array.size(); ++i) {
         TrendDefinition trend;
         QString problem;
-        JsonEntries entries(array.at(i).toObject(), &problem);
-        entries.allowOnly(
-            {"name", "source", "tag", "generator", "interval", "delay", "gaps", "tooMany", "empty"});
-        trend.name = entries.text("name", QString());
-        const QStringList sources{QStringLiteral("tag"), QStringLiteral("generator")};
-        trend.source = static_cast<TrendDefinition::Source>(entries.choice("source", sources, trend.source));
-        trend.tag = entries.text("tag", QString());
-        trend.interval = entries.integer("interval", trend.interval);
-        trend.delay = entries.integer("delay", trend.delay);
-        trend.hasGaps = entries.flag("gaps", false);
-        trend.hasTooMany = entries.flag("tooMany", false);
-        trend.answersEmpty = entries.flag("empty", false);
-        QString reason;
-        if (!trend.generator.fromJson(entries.object("generator"), &reason)) {
-            entries.refuse("generator", reason);
-        }
-        if (!isWithin(trend.interval, TrendDefinition::MinimumInterval, TrendDefinition::MaximumInterval,
-                      tr("Interval"), &reason)) {
-            entries.refuse("interval", reason);
-        }
-        if (!isWithin(trend.delay, 0, TrendDefinition::MaximumDelay, tr("Delay"), &reason)) {
-            entries.refuse("delay", reason);
-        }
-        if (trend.name.trimmed().isEmpty() || trend.name.size() > TagTable::LongestName
-            || taken.contains(trend.name)) {
-            entries.refuse("name", taken.contains(trend.name) ? tr("two trends have this name")
-                                                              : tr("empty, or longer than 200 characters"));
-        }
-        taken.insert(trend.name);
-        if (!entries.isGood()) {
+        if (!readTrend(array.at(i).toObject(), taken, trend, &problem)) {
             problems.append(tr("trends[%1] \"%2\": %3").arg(QString::number(i), trend.name, problem));
         }
+        taken.insert(trend.name);
         definitions.append(trend);
     }
     return problems.size() == before;
@@ -555,6 +575,8 @@ QVariant TrendTable::data(const QModelIndex &index, int role) const
     case Qt::ToolTipRole:
         return rowProblem(index.row()).isEmpty() ? displayed(entry, column).toString()
                                                  : rowProblem(index.row());
+    case ProblemRole:
+        return rowProblem(index.row());
     case EditorRole:
         return editorOf(index.row(), column);
     case ChoicesRole:

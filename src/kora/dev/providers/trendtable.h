@@ -85,6 +85,8 @@ public:
     /// The same without being taken for a question of a widget.
     QVariantList values(const QString &name, const QDateTime &from, const QDateTime &to, unsigned int count,
                         KORA::WidgetActionManager::TrendTimeFormat format) const;
+    /// What the trend records now; invalid for an unknown one.
+    QVariant presentValue(const QString &name) const;
     /// Null before the first question.
     const Question *lastQuestion(const QString &name) const;
 

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QString>
+#include <QtCore/QVector>
+
+struct RequirementLint
+{
+    const char *rule;
+    int fieldIndex; ///< of the field that has the requirements
+    QString message;
+    QString hint;
+};
+
+/// What the requirements of a widget's fields come to when they are evaluated, which is less than the parser's grammar
+/// promises. @p fields are what the parser accepts.
+QVector<RequirementLint> lintRequirements(const QJsonArray &fields);

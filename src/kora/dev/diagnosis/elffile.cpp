@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <kora/dev/diagnosis/elffile.h>
+
+namespace KORA {
+namespace DEV {
+
+namespace {
+
+constexpr int identSize = 16;
+constexpr int classOffset = 4;
+constexpr int dataOffset = 5;
+constexpr char class64 = 2;
+constexpr char dataBigEndian = 2;
+
+constexpr int typeSharedObject = 3;
+constexpr quint32 sectionNoBits = 8; // takes no room in the file
+constexpr quint32 sectionDynamic = 6;
+constexpr quint32 segmentLoad = 1;
+constexpr quint64 dynamicNeeded = 1;
+
+} // namespace
+
+ElfFile::ElfFile(const QByteArray &content)
+    : m_content(content)
+{
+    if (!content.startsWith("\x7f"
+                            "ELF")) {
+        return;
+    }
+    m_state = State::Truncated;
+    if (content.size() < identSize + 4) {
+        return;
+    }
+    m_is64 = content.at(classOffset) == class64;
+    m_isBigEndian = content.at(dataOffset) == dataBigEndian;
+    m_type = static_cast<int>(number(16, 2));
+    m_machine = static_cast<int>(number(18, 2));
+    m_hasTarget = true;
+    if (contains(0, choose(52, 64))) {
+        readHeaders();
+    }
+}
+
+bool ElfFile::isSharedObject() const
+{
+    return m_type == typeSharedObject;
+}
+
+void ElfFile::readHeaders()
+{
+    const quint64 table = word(choose(32, 40));
+    const auto entrySize = static_cast<int>(number(choose(46, 58), 2));
+    const auto count = static_cast<int>(number(choose(48, 60), 2));
+    const auto namesIndex = static_cast<int>(number(choose(50, 62), 2));
+    if (!segmentsFit() || !readSections(table, entrySize, count)) {
+        return;
+    }
+    if (namesIndex < m_sections.size()) {
+        m_names = contentOf(m_sections.at(namesIndex));
+    }
+    m_state = State::Fine;
+}
+
+bool ElfFile::segmentsFit() const
+{
+    const quint64 table = word(choose(28, 32));
+    const quint64 entrySize = number(choose(42, 54), 2);
+    const quint64 count = number(choose(44, 56), 2);
+    if (count > 0 && (entrySize < choose(32, 56) || !contains(table, entrySize * count))) {
+        return false;
+    }
+    for (quint64 i = 0; i < count; ++i) {
+        const quint64 entry = table + i * entrySize;
+        const bool isLoaded = number(entry, 4) == segmentLoad;
+        if (isLoaded && !contains(word(entry + choose(4, 8)), word(entry + choose(16, 32)))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool ElfFile::readSections(quint64 tableOffset, int entrySize, int count)
+{
+    const auto size = static_cast<quint64>(entrySize);
+    if (count > 0 && (size < choose(40, 64) || !contains(tableOffset, size * static_cast<quint64>(count)))) {
+        return false;
+    }
+    m_sections.reserve(count);
+    for (int i = 0; i < count; ++i) {
+        const Section section = readSection(tableOffset + static_cast<quint64>(i) * size);
+        if (section.type != sectionNoBits && !contains(section.offset, section.size)) {
+            return false;
+        }
+        m_sections.append(section);
+    }
+    return true;
+}
+
+ElfFile::Section ElfFile::readSection(quint64 offset) const
+{
+    Section section;
+    section.name = static_cast<quint32>(number(offset, 4));
+    section.type = static_cast<quint32>(number(offset + 4, 4));
+    section.offset = word(offset + choose(16, 24));
+    section.size = word(offset + choose(20, 32));
+    section.link = static_cast<quint32>(number(offset + choose(24, 40), 4));
+    return section;
+}
+
+QByteArray ElfFile::contentOf(const Section &section) const
+{
+    return section.type == sectionNoBits
+               ? QByteArray()
+               : m_content.mid(static_cast<int>(section.offset), static_cast<int>(section.size));
+}
+
+QByteArray ElfFile::section(const char *name) const
+{
+    for (const Section &section : m_sections) {
+        const auto nameOffset = static_cast<int>(qMin(section.name, static_cast<quint32>(m_names.size())));
+        if (qstrcmp(m_names.constData() + nameOffset, name) == 0) {
+            return contentOf(section);
+        }
+    }
+    return {};
+}
+
+QStringList ElfFile::neededLibraries() const
+{
+    QStringList libraries;
+    for (const Section &section : m_sections) {
+        if (section.type != sectionDynamic || section.link >= static_cast<quint32>(m_sections.size())) {
+            continue;
+        }
+        const QByteArray names = contentOf(m_sections.at(static_cast<int>(section.link)));
+        const quint64 entrySize = choose(8, 16);
+        for (quint64 at = section.offset; at + entrySize <= section.offset + section.size; at += entrySize) {
+            const quint64 name = word(at + entrySize / 2);
+            if (word(at) == dynamicNeeded && name < static_cast<quint64>(names.size())) {
+                libraries.append(QString::fromUtf8(names.constData() + name));
+            }
+        }
+    }
+    return libraries;
+}
+
+QString ElfFile::machineName(int machine)
+{
+    switch (machine) {
+    case MachineX86:
+        return QStringLiteral("x86");
+    case MachineArm:
+        return QStringLiteral("ARM");
+    case MachineX86_64:
+        return QStringLiteral("x86-64");
+    case MachineAArch64:
+        return QStringLiteral("AArch64");
+    default:
+        return QStringLiteral("processor number %1").arg(machine);
+    }
+}
+
+bool ElfFile::contains(quint64 offset, quint64 size) const
+{
+    const auto total = static_cast<quint64>(m_content.size());
+    return size <= total && offset <= total - size;
+}
+
+quint64 ElfFile::number(quint64 offset, int size) const
+{
+    if (!contains(offset, static_cast<quint64>(size))) {
+        return 0;
+    }
+    quint64 result = 0;
+    for (int i = 0; i < size; ++i) {
+        const int position = static_cast<int>(offset) + (m_isBigEndian ? i : size - 1 - i);
+        result = result << 8 | static_cast<unsigned char>(m_content.at(position));
+    }
+    return result;
+}
+
+} // namespace DEV
+} // namespace KORA
