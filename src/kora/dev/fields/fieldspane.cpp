@@ -5,6 +5,7 @@
 #include <QtGui/QContextMenuEvent>
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QAction>
+#include <QtWidgets/QCheckBox>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QLabel>
@@ -340,17 +341,23 @@ QTreeWidgetItem *FieldsPane::groupRow(const FieldMetaInformation &field)
     return group;
 }
 
-/// Fusion draws the outlines of controls darker than what stands behind them: unseen on dark. They take it from this
-/// colour, which nothing in the list is filled with.
+/// Fusion draws the outline of a control darker than its window's colour: unseen on dark. Nothing else of these
+/// controls has that colour; below a style sheet it must be set for each of them.
 void FieldsPane::lightenOutlines()
 {
-    QPalette colors = palette();
-    if (colors.color(QPalette::Window).lightness() < 128) {
-        colors.setColor(QPalette::Window, colors.color(QPalette::Mid).lighter(160));
+    QColor outline = palette().color(QPalette::Window);
+    if (outline.lightness() < 128) {
+        outline = palette().color(QPalette::Mid).lighter(160);
     }
-    for (QWidget *part :
-         {static_cast<QWidget *>(m_tree), static_cast<QWidget *>(m_geometry), m_filter->parentWidget()}) {
-        part->setPalette(colors);
+    const QList<QWidget *> widgets = findChildren<QWidget *>();
+    for (QWidget *widget : widgets) {
+        const bool hasOutline = qobject_cast<QLineEdit *>(widget) || qobject_cast<QAbstractSpinBox *>(widget)
+                                || qobject_cast<QCheckBox *>(widget);
+        QPalette colors = widget->palette();
+        if (hasOutline && colors.color(QPalette::Window) != outline) {
+            colors.setColor(QPalette::Window, outline);
+            widget->setPalette(colors);
+        }
     }
 }
 
@@ -535,6 +542,7 @@ void FieldsPane::makeVisibleEditors()
         }
     }
     if (isNew) {
+        lightenOutlines();
         chainTabOrder();
     }
 }
