@@ -234,6 +234,9 @@ QWidget *FieldsPane::makeHiddenFields()
     m_hiddenList->setAccessibleName(tr("Fields hidden by requirements"));
     m_hiddenList->setWordWrap(true);
     m_hiddenList->setMaximumHeight(120);
+    m_hiddenList->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
+    m_hiddenList->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
+    m_hiddenList->setFrameShape(QFrame::NoFrame);
     m_hiddenList->hide();
     connect(m_hiddenToggle, &QToolButton::toggled, this, [this](bool isOpen) {
         m_hiddenToggle->setArrowType(isOpen ? Qt::DownArrow : Qt::RightArrow);
@@ -688,9 +691,9 @@ void FieldsPane::showHiddenFields()
         hidden += manager->isVisible() ? 0 : 1;
         invalid += manager->requirementsOutcome().isInvalid ? 1 : 0;
     }
-    QString text = tr("%n hidden by requirements", nullptr, hidden);
+    QString text = tr("%1 hidden by requirements").arg(hidden);
     if (invalid > 0) {
-        text += tr(", %n invalid", nullptr, invalid);
+        text += tr(", %1 invalid").arg(invalid);
     }
     m_hiddenToggle->setText(text);
     m_hiddenToggle->setAccessibleName(text);
