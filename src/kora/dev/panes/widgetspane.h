@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QtCore/QPair>
 #include <QtCore/QMap>
-#include <QtCore/QPointer>
+#include <QtCore/QPair>
 #include <QtCore/QTimer>
 #include <QtCore/QVector>
 #include <QtGui/QIcon>
