@@ -20,6 +20,10 @@ public:
     explicit WidgetLibraryPluginTestWidgetPrivate(WidgetLibraryPluginTestWidget *owner);
     ~WidgetLibraryPluginTestWidgetPrivate();
 
+    /// From now on the rows of this pane are shown and hidden, after each change of a value. It must outlive the
+    /// window's use of the functions below.
+    void setFieldsPane(FieldsPane *pane);
+
     /// The selected widget's present value; invalid if no widget is selected.
     QVariant getFieldValue(const QString &fieldId) const;
     /// Sets a field of the selected widget, as its editor would.
@@ -31,6 +35,7 @@ public:
     const QMap<QString, QTreeWidgetItem *> &groupRows() const;  ///< group name to group row
 
     WidgetLibraryPluginTestWidget *owner;
+    FieldsPane *fieldsPane = nullptr;
 };
 
 } // namespace DEV
