@@ -103,6 +103,21 @@ void BenchWindow::open(const BenchStart &start)
         return; // the supervising process ends this one
     }
     fillPage();
+    connectWindow();
+    m_window->show();
+    tellReload();
+    tellCrash();
+    keepSession();
+    QTimer::singleShot(0, this, [this] {
+        send("ready", {{QStringLiteral("loaded"), m_isLoaded},
+                       {QStringLiteral("kept"), m_kept},
+                       {QStringLiteral("dropped"), QJsonArray::fromStringList(m_dropped)},
+                       {QStringLiteral("banners"), QJsonArray::fromStringList(m_window->banners())}});
+    });
+}
+
+void BenchWindow::connectWindow()
+{
     connect(m_window.get(), &WidgetLibraryPluginTestWidget::reloadRequested, this, [this](bool keepsState) {
         if (!m_channel) {
             m_window->showBanner(
@@ -118,16 +133,6 @@ void BenchWindow::open(const BenchStart &start)
             });
     connect(m_window.get(), &WidgetLibraryPluginTestWidget::aboutToClose, this, &BenchWindow::quit);
     m_window->setReloadStatus(m_channel ? tr("reload on") : tr("reload off"));
-    m_window->show();
-    tellReload();
-    tellCrash();
-    keepSession();
-    QTimer::singleShot(0, this, [this] {
-        send("ready", {{QStringLiteral("loaded"), m_isLoaded},
-                       {QStringLiteral("kept"), m_kept},
-                       {QStringLiteral("dropped"), QJsonArray::fromStringList(m_dropped)},
-                       {QStringLiteral("banners"), QJsonArray::fromStringList(m_window->banners())}});
-    });
 }
 
 /// A theme of the command line is for this run: the window is made with it, and the user's own is remembered again.

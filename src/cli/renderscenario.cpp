@@ -2,6 +2,7 @@
 #include "renderscenario.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDateTime>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -80,6 +81,19 @@ QStringList instanceProblems(const BenchDocument &document)
     return problems;
 }
 
+/// Unless the scenario says when it begins, it has begun so long ago that it is now: widgets ask for trends until then.
+void runPlant(BenchClock &clock, qint64 ms)
+{
+    clock.setPaused(true);
+    if (!clock.hasFixedStart()) {
+        const qint64 elapsed = clock.elapsed() + ms;
+        clock.setStart(QDateTime::currentDateTimeUtc().addMSecs(-elapsed));
+        clock.advance(elapsed);
+        return;
+    }
+    clock.advance(ms);
+}
+
 /// Lets the plant run, without widgets, and fills the page then; the clock stands still. Everything that does not fit
 /// the library is in the result.
 QStringList fillPage(BenchDocument &document, Scenario scenario, const ScenarioRendering &rendering)
@@ -89,8 +103,7 @@ QStringList fillPage(BenchDocument &document, Scenario scenario, const ScenarioR
     QStringList problems;
     document.providers()->setFolder(QFileInfo(rendering.scenario).absolutePath());
     document.load(plant, problems);
-    document.providers()->clock()->setPaused(true);
-    document.providers()->clock()->advance(rendering.timeMs);
+    runPlant(*document.providers()->clock(), rendering.timeMs);
     if (!problems.isEmpty()) {
         return problems;
     }

@@ -238,8 +238,8 @@ void TestFieldsPane::wheelScrollsUnfocusedEditors()
         const QPoint middle = widget->mapTo(&bench.pane, widget->rect().center());
         QWheelEvent event(middle, bench.pane.mapToGlobal(middle), {}, {0, 120}, Qt::NoButton, {},
                           Qt::NoScrollPhase, false);
-        QSpontaneKeyEvent::setSpontaneous(&event); // as from the mouse
-        QCoreApplication::sendEvent(bench.pane.windowHandle(), &event);
+        QSpontaneKeyEvent::setSpontaneous(&event); // others are not passed on to parents
+        qApp->notify(bench.pane.windowHandle(), &event);
     };
     QScrollBar *bar = bench.pane.tree()->verticalScrollBar();
     for (const char *name : {"level", "levelSlider", "shape", "color"}) {
@@ -413,6 +413,10 @@ void TestFieldsPane::fieldsFollowTags()
 {
     ProbeBench bench(m_fields);
     TagTable *tags = bench.document.providers()->tags();
+    const QStringList others = tags->names();
+    for (const QString &name : others) {
+        tags->remove(name);
+    }
     TagDefinition tag;
     tag.name = QStringLiteral("Level1");
     tag.value = 12.5;

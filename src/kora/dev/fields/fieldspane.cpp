@@ -5,6 +5,7 @@
 #include <QtGui/QContextMenuEvent>
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QAction>
+#include <QtWidgets/QCheckBox>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QLabel>
@@ -18,6 +19,7 @@
 #include <QtWidgets/QVBoxLayout>
 
 #include <kora/core/widgetlibrarypluginmetainformation.h>
+#include <kora/dev/fields/elidedlabel.h>
 #include <kora/dev/fields/geometrystrip.h>
 #include <kora/dev/model/fieldvaluejson.h>
 #include <kora/dev/theme/icons.h>
@@ -40,12 +42,36 @@ enum Column : int { NameColumn, ValueColumn, ColumnCount };
 
 const int groupKeyRole = Qt::UserRole;
 
+/// Shows the current row softly: editors stand in it.
+class FieldTree : public QTreeWidget
+{
+protected:
+    void drawRow(QPainter *painter, const QStyleOptionViewItem &option,
+                 const QModelIndex &index) const override
+    {
+        QStyleOptionViewItem soft = option;
+        const QColor base = palette().color(QPalette::Base);
+        const QColor accent = palette().color(QPalette::Highlight);
+        soft.palette.setColor(QPalette::Highlight, mixed(base, accent, 0.18));
+        soft.palette.setColor(QPalette::HighlightedText, palette().color(QPalette::Text));
+        QTreeWidget::drawRow(painter, soft, index);
+    }
+
+private:
+    static QColor mixed(const QColor &base, const QColor &accent, qreal part)
+    {
+        const auto channel = [part](qreal from, qreal to) { return from + (to - from) * part; };
+        return QColor::fromRgbF(channel(base.redF(), accent.redF()), channel(base.greenF(), accent.greenF()),
+                                channel(base.blueF(), accent.blueF()));
+    }
+};
+
 } // namespace
 
 FieldsPane::FieldsPane(BenchDocument *document, QWidget *parent)
     : QWidget(parent)
     , m_document(document)
-    , m_title(new QLabel)
+    , m_title(new ElidedLabel)
     , m_geometry(new GeometryStrip(document))
     , m_details(new FieldDetails)
 {
@@ -54,8 +80,6 @@ FieldsPane::FieldsPane(BenchDocument *document, QWidget *parent)
     layout->setContentsMargins(6, 6, 6, 4);
     layout->setSpacing(4);
     m_title->setObjectName(QStringLiteral("fieldsTitle"));
-    m_title->setTextFormat(Qt::PlainText);
-    m_title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     layout->addWidget(m_title);
     layout->addWidget(m_geometry);
     layout->addWidget(makeBar());
@@ -164,7 +188,7 @@ QWidget *FieldsPane::makeTree()
     m_emptyText->setAlignment(Qt::AlignCenter);
     m_emptyText->setWordWrap(true);
     m_emptyText->setMargin(16);
-    m_tree = new QTreeWidget;
+    m_tree = new FieldTree;
     m_tree->setObjectName(QStringLiteral("fieldsTree"));
     m_tree->setAccessibleName(tr("Fields"));
     m_tree->setColumnCount(ColumnCount);
@@ -210,6 +234,9 @@ QWidget *FieldsPane::makeHiddenFields()
     m_hiddenList->setAccessibleName(tr("Fields hidden by requirements"));
     m_hiddenList->setWordWrap(true);
     m_hiddenList->setMaximumHeight(120);
+    m_hiddenList->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
+    m_hiddenList->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
+    m_hiddenList->setFrameShape(QFrame::NoFrame);
     m_hiddenList->hide();
     connect(m_hiddenToggle, &QToolButton::toggled, this, [this](bool isOpen) {
         m_hiddenToggle->setArrowType(isOpen ? Qt::DownArrow : Qt::RightArrow);
@@ -317,17 +344,23 @@ QTreeWidgetItem *FieldsPane::groupRow(const FieldMetaInformation &field)
     return group;
 }
 
-/// Fusion draws the outlines of controls darker than what stands behind them: unseen on dark. They take it from this
-/// colour, which nothing in the list is filled with.
+/// Fusion draws the outline of a control darker than its window's colour: unseen on dark. Nothing else of these
+/// controls has that colour; below a style sheet it must be set for each of them.
 void FieldsPane::lightenOutlines()
 {
-    QPalette colors = palette();
-    if (colors.color(QPalette::Window).lightness() < 128) {
-        colors.setColor(QPalette::Window, colors.color(QPalette::Mid).lighter(160));
+    QColor outline = palette().color(QPalette::Window);
+    if (outline.lightness() < 128) {
+        outline = palette().color(QPalette::Mid).lighter(160);
     }
-    for (QWidget *part :
-         {static_cast<QWidget *>(m_tree), static_cast<QWidget *>(m_geometry), m_filter->parentWidget()}) {
-        part->setPalette(colors);
+    const QList<QWidget *> widgets = findChildren<QWidget *>();
+    for (QWidget *widget : widgets) {
+        const bool hasOutline = qobject_cast<QLineEdit *>(widget) || qobject_cast<QAbstractSpinBox *>(widget)
+                                || qobject_cast<QCheckBox *>(widget);
+        QPalette colors = widget->palette();
+        if (hasOutline && colors.color(QPalette::Window) != outline) {
+            colors.setColor(QPalette::Window, outline);
+            widget->setPalette(colors);
+        }
     }
 }
 
@@ -382,14 +415,13 @@ void FieldsPane::showState()
 {
     QString empty;
     if (!m_widget) {
-        m_title->clear();
+        m_title->showText(QString());
         empty = tr("Select a widget on the page to see its fields.");
     } else {
         const QString display = m_widget->info().display().get(m_document->language(), true);
-        m_title->setText(tr("%1: %2 %3")
-                             .arg(m_widget->name(), display.isEmpty() ? m_widget->widgetId() : display,
-                                  m_widget->version()));
-        m_title->setToolTip(m_title->text());
+        m_title->showText(tr("%1: %2 %3")
+                              .arg(m_widget->name(), display.isEmpty() ? m_widget->widgetId() : display,
+                                   m_widget->version()));
         if (!m_widget->widget()) {
             empty = tr("There is no instance: %1.").arg(m_widget->problem().message);
         } else if (m_managers.isEmpty()) {
@@ -497,10 +529,10 @@ void FieldsPane::scheduleVisibleRows()
     }
 }
 
-/// Makes the editors of the rows in sight and of one page more, so that the tab key always finds the next one.
+/// Makes the editors of the rows in sight and of a few more, so that the tab key always finds the next one.
 void FieldsPane::makeVisibleEditors()
 {
-    const int pageEnd = 2 * m_tree->viewport()->height();
+    const int pageEnd = m_tree->viewport()->height() + 4 * FieldCell::rowHeight();
     bool isNew = false;
     for (QTreeWidgetItem *row = m_tree->itemAt(0, 1); row; row = m_tree->itemBelow(row)) {
         if (m_tree->visualItemRect(row).top() > pageEnd) {
@@ -513,6 +545,7 @@ void FieldsPane::makeVisibleEditors()
         }
     }
     if (isNew) {
+        lightenOutlines();
         chainTabOrder();
     }
 }
@@ -658,9 +691,9 @@ void FieldsPane::showHiddenFields()
         hidden += manager->isVisible() ? 0 : 1;
         invalid += manager->requirementsOutcome().isInvalid ? 1 : 0;
     }
-    QString text = tr("%n hidden by requirements", nullptr, hidden);
+    QString text = tr("%1 hidden by requirements").arg(hidden);
     if (invalid > 0) {
-        text += tr(", %n invalid", nullptr, invalid);
+        text += tr(", %1 invalid").arg(invalid);
     }
     m_hiddenToggle->setText(text);
     m_hiddenToggle->setAccessibleName(text);
