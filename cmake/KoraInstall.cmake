@@ -10,7 +10,7 @@ set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 set(generated_dir ${PROJECT_BINARY_DIR}/package)
 
 # The library, its headers, and the target that projects link
-install(TARGETS KRPluginLibrary
+install(TARGETS KRPluginLibrary TestKit
     EXPORT KRPluginLibraryTargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
     FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
@@ -33,6 +33,12 @@ install(FILES
     ${generated_dir}/KRPluginLibraryConfigVersion.cmake
     ${PROJECT_SOURCE_DIR}/cmake/KoraWidgetLibrary.cmake
     DESTINATION ${package_dir}
+)
+
+# Toolchain files for building for panels
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/cmake/toolchains
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/kora
+    USE_SOURCE_PERMISSIONS
 )
 
 # pkg-config

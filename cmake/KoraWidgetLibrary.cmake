@@ -5,7 +5,8 @@
 #     METADATA <file.json>
 #     SOURCES <file>...
 #     [TRANSLATIONS <xx-XX.csv>...]
-#     [RESOURCES <file>...])
+#     [RESOURCES <file>...]
+#     [TESTS <file.cpp>...])
 #
 # Builds a widget library as a folder that a host can load as it is:
 #
@@ -31,6 +32,14 @@
 # RESOURCES     Files that the widgets read, in the folder of the calling CMakeLists.txt or below it. Each becomes
 #               the resource ":/<id>/resources/<path relative to that folder>".
 #
+# TESTS         Test programs, one source file each, with KORA_TESTKIT_MAIN of the test kit. They become CTest tests;
+#               the macro KORA_TEST_PLUGIN_FOLDER is the plugin folder that they test. Where the programs could not run,
+#               when building for another processor without an emulator, they are left out.
+#
+# Before anything is compiled, `kora check` looks at the metadata: a mistake stops the build with file, line and
+# column. CTest gets <target>_check, for the plugin folder, and <target>_load, which also tries all widgets out. The
+# targets <target>_bench and, for the first library of a project, bench show the widgets in the test bench.
+#
 # The result is an ordinary target: target_link_libraries(boiler PRIVATE Qt5::Svg) works as everywhere. It links
 # KRPluginLibrary::KRPluginLibrary, exports nothing but the plugin's entry points, has no undefined symbols and,
 # once loaded, stays mapped until the process ends, because widgets may outlive the loader.
@@ -41,13 +50,16 @@
 # KORA_PLUGIN_OUTPUT_DIR                another <plugins> in the build tree
 # KORA_PLUGIN_INSTALL_DIR               another <plugins> on installation, relative to the prefix; empty: the
 #                                       library is not installed
+# KORA_TOOL                             the kora command of this machine; found beside the package or in PATH
+# KORA_CHECK                            OFF: neither check nor tests with the kora command
 
 set(KORA_PLUGIN_OUTPUT_DIR  "${CMAKE_BINARY_DIR}/plugins" CACHE STRING "Plugin folders in the build tree")
 set(KORA_PLUGIN_INSTALL_DIR "plugins" CACHE STRING "Plugin folders on installation, relative to the prefix")
-mark_as_advanced(KORA_PLUGIN_OUTPUT_DIR KORA_PLUGIN_INSTALL_DIR)
+option(KORA_CHECK "Check the metadata of widget libraries with the kora command" ON)
+mark_as_advanced(KORA_PLUGIN_OUTPUT_DIR KORA_PLUGIN_INSTALL_DIR KORA_CHECK)
 
 function(kora_add_widget_library target)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "ID;METADATA" "SOURCES;TRANSLATIONS;RESOURCES")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "ID;METADATA" "SOURCES;TRANSLATIONS;RESOURCES;TESTS")
     set(call "kora_add_widget_library(${target})")
     if(arg_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "${call}: unknown arguments: ${arg_UNPARSED_ARGUMENTS}")
@@ -57,7 +69,7 @@ function(kora_add_widget_library target)
             message(FATAL_ERROR "${call}: ${required} is missing")
         endif()
     endforeach()
-    _kora_make_absolute("${call}" arg_METADATA arg_TRANSLATIONS arg_RESOURCES)
+    _kora_make_absolute("${call}" arg_METADATA arg_TRANSLATIONS arg_RESOURCES arg_TESTS)
     _kora_check_id("${call}" "${arg_ID}" "${arg_METADATA}")
     _kora_write_resource_list("${call}" resource_list)
 
@@ -87,6 +99,86 @@ function(kora_add_widget_library target)
     if(KORA_PLUGIN_INSTALL_DIR)
         install(TARGETS ${target} LIBRARY DESTINATION ${KORA_PLUGIN_INSTALL_DIR}/${library_dir})
     endif()
+
+    set(plugin_folder ${KORA_PLUGIN_OUTPUT_DIR}/${arg_ID})
+    if(KORA_CHECK)
+        _kora_find_tool(tool)
+        _kora_use_tool(${target} "${tool}" ${plugin_folder})
+    endif()
+    foreach(test IN LISTS arg_TESTS)
+        _kora_add_test(${target} ${test} ${plugin_folder})
+    endforeach()
+endfunction()
+
+# Stores in the variable named result how to run the kora command on this machine: the target where it is built along,
+# the program that is installed, or nothing.
+function(_kora_find_tool result)
+    if(TARGET kora)
+        set(${result} kora PARENT_SCOPE)
+        return()
+    endif()
+    set(beside_package "")
+    if(NOT CMAKE_CROSSCOMPILING) # the package's own is for the other processor
+        cmake_path(SET beside_package NORMALIZE "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/../../../bin")
+    endif()
+    find_program(KORA_TOOL kora HINTS ${beside_package} ${beside_package}/../../bin DOC "The kora command of this machine")
+    mark_as_advanced(KORA_TOOL)
+    set(${result} "" PARENT_SCOPE)
+    if(NOT KORA_TOOL)
+        message(STATUS "The metadata is not checked: there is no kora command in PATH; KORA_TOOL may name one")
+        return()
+    endif()
+    execute_process(COMMAND ${KORA_TOOL} check --help OUTPUT_VARIABLE help ERROR_QUIET)
+    if(NOT help MATCHES "kora check")
+        message(STATUS "The metadata is not checked: ${KORA_TOOL} does not run here, or is too old")
+        return()
+    endif()
+    set(${result} ${KORA_TOOL} PARENT_SCOPE)
+endfunction()
+
+# Checks the metadata of the caller's arg_METADATA and arg_TRANSLATIONS before the target is compiled, and registers tests
+# and bench of its plugin folder.
+function(_kora_use_tool target tool plugin_folder)
+    if(NOT tool)
+        return()
+    endif()
+    set(translations ${arg_TRANSLATIONS})
+    list(TRANSFORM translations PREPEND "--translation-file=")
+    set(stamp ${CMAKE_CURRENT_BINARY_DIR}/${target}_metadata.checked)
+    add_custom_command(
+        OUTPUT ${stamp}
+        COMMAND ${tool} check --quiet ${arg_METADATA} ${translations}
+        COMMAND ${CMAKE_COMMAND} -E touch ${stamp}
+        DEPENDS ${arg_METADATA} ${arg_TRANSLATIONS} ${tool}
+        COMMENT "Checking ${arg_METADATA}"
+        VERBATIM
+    )
+    add_custom_target(${target}_metadata DEPENDS ${stamp})
+    add_dependencies(${target} ${target}_metadata)
+
+    add_test(NAME ${target}_check COMMAND ${tool} check --source ${arg_METADATA} ${plugin_folder})
+    if(NOT CMAKE_CROSSCOMPILING)
+        add_test(NAME ${target}_load COMMAND ${tool} check --load ${plugin_folder})
+    endif()
+    add_custom_target(${target}_bench COMMAND ${tool} bench ${plugin_folder} USES_TERMINAL VERBATIM)
+    add_dependencies(${target}_bench ${target})
+    if(NOT TARGET bench)
+        add_custom_target(bench DEPENDS ${target}_bench)
+    endif()
+endfunction()
+
+# A test program of the target, from one source file.
+function(_kora_add_test target source plugin_folder)
+    if(CMAKE_CROSSCOMPILING AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
+        return()
+    endif()
+    cmake_path(GET source STEM name)
+    add_executable(${name} ${source})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    target_compile_definitions(${name} PRIVATE KORA_TEST_PLUGIN_FOLDER="${plugin_folder}")
+    target_link_libraries(${name} PRIVATE KRPluginLibrary::TestKit)
+    add_dependencies(${name} ${target})
+    add_test(NAME ${name} COMMAND ${name})
 endfunction()
 
 # Makes the paths in the named variables of the caller absolute; each must be an existing file.
@@ -116,7 +208,12 @@ function(_kora_check_id call id metadata)
     file(READ ${metadata} json)
     string(JSON metadata_id ERROR_VARIABLE error GET "${json}" id)
     if(error)
-        message(FATAL_ERROR "${call}: cannot read \"id\" in ${metadata}: ${error}")
+        # A syntax error never gets as far as the check: point at its place as the check would.
+        set(place ${metadata})
+        if(error MATCHES "Line ([0-9]+), Column ([0-9]+)\n *([^\n]*)")
+            set(place "${metadata}:${CMAKE_MATCH_1}:${CMAKE_MATCH_2}")
+        endif()
+        message(FATAL_ERROR "${place}: error: ${call}: cannot read \"id\" in ${metadata}: ${error}")
     endif()
     if(NOT id STREQUAL metadata_id)
         message(FATAL_ERROR "${call}: ID is '${id}' but \"id\" in ${metadata} is '${metadata_id}'")

@@ -13,6 +13,7 @@
 #include "metadatacheck.h"
 #include "output.h"
 #include "pictureenvironment.h"
+#include "pluginarchive.h"
 #include "pluginfolder.h"
 #include "rules.h"
 
@@ -205,6 +206,11 @@ void CheckRun::file(const QString &path)
         unreadable(path, file.errorString());
         return;
     }
+    if (isArchive(path)) {
+        m_report.findings += verifyArchive(path);
+        m_nextCommand = QStringLiteral("tar -xf %1 in a directory of plugins").arg(quoted(path));
+        return;
+    }
     const bool isJson = path.endsWith(QLatin1String(".json"));
     if (isJson || file.peek(64).trimmed().startsWith('{')) {
         metadataFile(path, file.readAll());
@@ -308,8 +314,9 @@ void addCheckCommand(CLI::App &app, CommandRun &run)
     auto options = std::make_shared<CheckOptions>();
     CLI::App *command = app.add_subcommand("check", "Tell what is wrong with a widget library, and where.");
     command
-        ->add_option("path", options->paths,
-                     "Metadata file (.json), library, plugin folder, or folder of those")
+        ->add_option(
+            "path", options->paths,
+            "Metadata file (.json), library, plugin folder, folder of those, or archive\nof kora pack")
         ->required()
         ->option_text("...");
     command->add_flag("--complete", options->isComplete,

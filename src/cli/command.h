@@ -20,6 +20,10 @@ enum ExitCode : int {
 using CommandRun = std::function<int()>;
 
 /// Each adds its subcommand; parsing a command line that names it stores the work in @p run.
+void addDoctorCommand(CLI::App &app, CommandRun &run);
+void addNewCommand(CLI::App &app, CommandRun &run);
+void addPackCommand(CLI::App &app, CommandRun &run);
+void addTranslationsCommand(CLI::App &app, CommandRun &run);
 void addCheckCommand(CLI::App &app, CommandRun &run);
 void addExplainCommand(CLI::App &app, CommandRun &run);
 void addListCommand(CLI::App &app, CommandRun &run);

@@ -11,8 +11,7 @@
 
 namespace {
 
-const char descriptionC[] =
-    "Looks at widget libraries for HMI panels: plugin folders in, tables, pictures and documents out.";
+const char descriptionC[] = "Widget libraries for HMI panels: starts, checks, shows and packs them.";
 
 const char footerC[] =
     "Results go to standard output, errors to standard error.\n"
@@ -20,6 +19,7 @@ const char footerC[] =
     "check: 3 if a path cannot be read.\n"
     "\n"
     "Examples:\n"
+    "  kora new boiler --widget gauge\n"
     "  kora list plugins\n"
     "  kora describe plugins/<id> --format json\n"
     "  kora render plugins/<id> --widget gauge --set value=75 --out pictures\n"
@@ -55,12 +55,16 @@ int main(int argc, char **argv)
     app.formatter(std::make_shared<HelpFormatter>());
 
     CommandRun run;
+    addDoctorCommand(app, run);
+    addNewCommand(app, run);
+    addCheckCommand(app, run);
+    addExplainCommand(app, run);
+    addTranslationsCommand(app, run);
     addListCommand(app, run);
     addDescribeCommand(app, run);
     addRenderCommand(app, run);
+    addPackCommand(app, run);
     addResourcesCommand(app, run);
-    addCheckCommand(app, run);
-    addExplainCommand(app, run);
     addCheckChildCommand(app, run);
     try {
         app.parse(argc, argv);

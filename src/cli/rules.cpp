@@ -117,6 +117,26 @@ const std::vector<Rule> &staticRules()
          "documents",
          "option texts are letters, digits and _, their translations too", "High,,Alto"},
 
+        {"translation-unlisted", Finding::Warning,
+         "a translation file of a language that the metadata does not list",
+         "the language was added as a file alone: the file is not read",
+         "\"translation\": [\"it-IT\", \"de-DE\"]"},
+        {"translation-stale", Finding::Warning,
+         "a row of a translation file whose text the metadata no longer has",
+         "the text was changed or removed; kora translations update moves the row to the end, where its "
+         "translation can "
+         "be copied from",
+         "kora translations update --prune"},
+        {"translation-empty", Finding::Warning, "a text is translated as an empty text, and shown so",
+         "a row that waits for the translator", "Gauge,,Manometro"},
+        {"translation-same", Finding::Note, "texts whose translation is the text itself",
+         "new rows are made so by kora translations update; some words are the same in both languages",
+         "Gauge,,Manometro"},
+        {"translation-unwritable", Finding::Error,
+         "a translation file cannot be written, or cannot hold a text",
+         "no right to write it; a text of two lines, which the form of the file does not know",
+         "one line per text"},
+
         // Plugin folders and libraries
         {"folder-missing", Finding::Error, "there is no such folder", "a mistyped path", "plugins/<id>"},
         {"folder-name", Finding::Error, "the folder's name is no UUID",
@@ -183,6 +203,25 @@ const std::vector<Rule> &staticRules()
          "built without the sysroot of the target", "cmake --preset panel"},
         {"load-failed", Finding::Error, "the dynamic loader refuses the library, in its words",
          "see the message", "ldd lib<id>.so"},
+
+        // Archives of kora pack
+        {"archive-unreadable", Finding::Error, "the file is no whole tar archive",
+         "it was cut or damaged on its way", "kora pack plugins/<id> -o boiler.tar"},
+        {"archive-content", Finding::Error, "the archive does not hold one plugin folder",
+         "it was not made by kora pack", "kora pack plugins/<id> -o boiler.tar"},
+        {"archive-manifest", Finding::Error, "the archive does not begin with its list of files, SHA256SUMS",
+         "it was packed by tar and not by kora pack", "kora pack plugins/<id> -o boiler.tar"},
+        {"archive-extra-file", Finding::Error,
+         "the archive has a file that its list does not name, or names outside the "
+         "plugin folder",
+         "a file was added after it was packed", "kora pack plugins/<id> -o boiler.tar"},
+        {"archive-missing-file", Finding::Error, "the archive lacks a file that its list names",
+         "a file was removed after it was packed", "kora pack plugins/<id> -o boiler.tar"},
+        {"archive-changed-file", Finding::Error, "a file of the archive is not the one that was packed",
+         "the archive was damaged or changed on its way", "kora pack plugins/<id> -o boiler.tar"},
+        {"archive-form", Finding::Error,
+         "all files are as they were packed, but other bytes of the archive are not",
+         "it was packed anew by another program", "kora pack plugins/<id> -o boiler.tar"},
     };
     return rules;
 }

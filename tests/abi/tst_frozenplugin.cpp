@@ -8,30 +8,13 @@
 #include <QtWidgets/QGraphicsScene>
 
 #include <kora/host.h>
+#include <kora/testkit/host.h>
 
 #include <memory>
 
 using namespace KORA::INTERNAL;
 
 namespace {
-
-class Services : public WidgetActionManagerImpl
-{
-public:
-    QVariant getTagValue(const QString &) const override { return {}; }
-    QVariant getTrendValue(const QString &, const QDateTime &, const QDateTime &, unsigned int,
-                           KORA::WidgetActionManager::TrendTimeFormat) const override
-    {
-        return {};
-    }
-    QVector<KORA::AlarmInfo> getAlarms() const override { return {}; }
-    void resetAlarm(const QString &) override {}
-    void resetAllAlarms() override {}
-    void acknowAlarm(const QString &) override {}
-    void acknowAllAlarms() override {}
-    bool isInsideProjectEditor() const override { return false; }
-    bool isInsideDevProject() const override { return true; }
-};
 
 QColor drawnColor(QGraphicsItem *item)
 {
@@ -66,10 +49,10 @@ private Q_SLOTS:
         QVERIFY(plugin);
         const auto info = plugin->metaInformation()->widgetsLatestVersion().value(QStringLiteral("lamp"));
 
-        Services services;
+        KORA::TestKit::Host host;
         const std::unique_ptr<QObject> object(
             WidgetLibraryPluginPrivateAccessor::priv(plugin->instance())
-                ->newWidgetInstance(info.id(), info.version().version(), id, info.fieldInfo(), &services));
+                ->newWidgetInstance(info.id(), info.version().version(), id, info.fieldInfo(), &host));
         auto *widget = qobject_cast<KORA::Widget *>(object.get());
         QVERIFY(widget);
         const std::unique_ptr<KORA::WidgetActionManager> manager(widget->widgetActionManager());

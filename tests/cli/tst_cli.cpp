@@ -4,7 +4,6 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QImage>
 #include <QtTest/QTest>
@@ -16,35 +15,13 @@
 
 #include <support/testmain.h>
 
+#include "runkora.h"
+
 namespace {
 
 const QString lampsId = QStringLiteral("5a3c7c7e-52a8-4f0e-9f6c-3f1f0c0f7a11");
 const QString unknownTypeId = QStringLiteral("c0a4de9c-9f43-4b5b-8d0e-1d6a35b1e2f4");
 const QString otherId = QStringLiteral("00000000-0000-4000-8000-000000000001");
-
-struct Result
-{
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
-/// One run of the command.
-Result kora(const QStringList &arguments, const QMap<QString, QString> &environment = {})
-{
-    QProcess process;
-    QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
-    for (auto variable = environment.cbegin(); variable != environment.cend(); ++variable) {
-        variables.insert(variable.key(), variable.value());
-    }
-    process.setProcessEnvironment(variables);
-    process.start(QStringLiteral(KORA_COMMAND), arguments);
-    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit) {
-        return {-1, {}, process.errorString()};
-    }
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-}
 
 QString builtFolder(const QString &id)
 {
@@ -62,12 +39,6 @@ bool makePluginFolder(const QString &folder, const QString &id)
 {
     const QString target = libraryIn(folder);
     return QDir().mkpath(QFileInfo(target).path()) && QFile::copy(libraryIn(builtFolder(id)), target);
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 QJsonObject elementWith(const QJsonArray &array, const char *key, const QString &value)

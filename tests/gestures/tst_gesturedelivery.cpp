@@ -15,6 +15,7 @@
 #include <kora/gestures/pangesturerecognizer_p.h>
 #include <kora/gestures/pinchgesturerecognizer_p.h>
 #include <kora/gestures/swipegesturerecognizer_p.h>
+#include <kora/testkit/scene.h>
 #include <support/testmain.h>
 
 #include "fingers.h"
@@ -79,89 +80,32 @@ private:
     }
 };
 
-/// A shown view with one item on it, and fingers.
-class Panel
+/// A page with one item on it, and fingers.
+class Panel : public KORA::TestKit::Scene
 {
 public:
     explicit Panel(const QTransform &transform = {})
+        : Scene(QSizeF(600, 400))
     {
         scene.setSceneRect(-150, -150, 300, 300);
         scene.addItem(item);
         view.setTransform(transform);
-        view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        view.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        view.resize(600, 400);
-        view.viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
-        view.show();
-        exposed = QTest::qWaitForWindowExposed(&view);
+        exposed = isExposed();
         m_sent = Fingers(view.viewport()->mapToGlobal({}));
-    }
-
-    void press(const QVector<QPoint> &fingers)
-    {
-        auto touch = QTest::touchEvent(view.viewport(), device());
-        for (int i = 0; i < fingers.size(); ++i) {
-            touch.press(i, fingers.at(i), view.viewport());
-        }
-        m_fingers = fingers;
-    }
-
-    void move(const QPoint &by)
-    {
-        for (QPoint &finger : m_fingers) {
-            finger += by;
-        }
-        moveTo(m_fingers);
-    }
-
-    void moveTo(const QVector<QPoint> &fingers)
-    {
-        auto touch = QTest::touchEvent(view.viewport(), device());
-        for (int i = 0; i < fingers.size(); ++i) {
-            touch.move(i, fingers.at(i), view.viewport());
-        }
-        m_fingers = fingers;
-    }
-
-    void pressOneMore(const QPoint &finger)
-    {
-        auto touch = QTest::touchEvent(view.viewport(), device());
-        for (int i = 0; i < m_fingers.size(); ++i) {
-            touch.stationary(i);
-        }
-        touch.press(m_fingers.size(), finger, view.viewport());
-        m_fingers.append(finger);
-    }
-
-    void release()
-    {
-        auto touch = QTest::touchEvent(view.viewport(), device());
-        for (int i = 0; i < m_fingers.size(); ++i) {
-            touch.release(i, m_fingers.at(i), view.viewport());
-        }
-        m_fingers.clear();
     }
 
     /// Past the window system: any event is possible, and nothing waits.
     void send(QEvent::Type type, const QVector<QPointF> &fingers)
     {
-        QTouchEvent event(type, device(), Qt::NoModifier, Qt::TouchPointMoved, m_sent.moveTo(fingers, type));
+        QTouchEvent event(type, touch.device(), Qt::NoModifier, Qt::TouchPointMoved,
+                          m_sent.moveTo(fingers, type));
         QApplication::sendEvent(view.viewport(), &event);
     }
 
-    QGraphicsScene scene;
     GrabbingItem *item = new GrabbingItem;
-    QGraphicsView view{&scene};
     bool exposed = false;
 
 private:
-    static QTouchDevice *device()
-    {
-        static QTouchDevice *const device = QTest::createTouchDevice();
-        return device;
-    }
-
-    QVector<QPoint> m_fingers;
     Fingers m_sent;
 };
 
@@ -247,14 +191,14 @@ void TestGestureDelivery::pan()
         sumOfDeltas += pan->delta();
     };
 
-    panel.press(fingers(count));
-    panel.move({10, 10});
+    panel.touch.press(fingers(count));
+    panel.touch.move({10, 10});
     QCOMPARE(panel.item->states, States{});
-    panel.move({1, 0});
-    panel.move({30, -20});
+    panel.touch.move({1, 0});
+    panel.touch.move({30, -20});
     QCOMPARE(panel.item->states, (States{Started, Updated}));
     QCOMPARE(offset, QPointF(41, -10));
-    panel.release();
+    panel.touch.release();
     QCOMPARE(panel.item->states, (States{Started, Updated, Finished}));
     QCOMPARE(start, QPointF(panel.view.viewport()->mapToGlobal(positions.first())));
     QCOMPARE(offset, QPointF(41, -10));
@@ -321,13 +265,13 @@ void TestGestureDelivery::swipe()
                  direction(inScene.y(), SwipeGesture::Up, SwipeGesture::Down));
     };
 
-    panel.press(fingers(count));
-    panel.move({0, 0});
-    panel.move({30, -10});
+    panel.touch.press(fingers(count));
+    panel.touch.move({0, 0});
+    panel.touch.move({30, -10});
     QCOMPARE(panel.item->states, States{});
-    panel.move({30, -10});
-    panel.move({3, -1}); // a short step of a running swipe is an update
-    panel.release();
+    panel.touch.move({30, -10});
+    panel.touch.move({3, -1}); // a short step of a running swipe is an update
+    panel.touch.release();
     QCOMPARE(panel.item->states, (States{Started, Updated, Finished}));
 }
 
@@ -347,11 +291,11 @@ void TestGestureDelivery::swipeBackIsCancelled()
     panel.item->grabGesture(SwipeGestureRecognizer::type(count));
     const auto stroke = [&panel, count](const QPoint &second) {
         panel.item->states.clear();
-        panel.press(fingers(count));
-        panel.move({0, 0});
-        panel.move({60, 0});
-        panel.move(second);
-        panel.release();
+        panel.touch.press(fingers(count));
+        panel.touch.move({0, 0});
+        panel.touch.move({60, 0});
+        panel.touch.move(second);
+        panel.touch.release();
         return panel.item->states;
     };
     QCOMPARE(stroke({-51, 0}), (States{Started, Canceled}));
@@ -384,11 +328,11 @@ void TestGestureDelivery::pinch()
         center = pinch->centerPoint();
     };
 
-    panel.press({{200, 200}, {300, 200}});
-    panel.moveTo({{200, 200}, {300, 200}});
-    panel.moveTo({{200, 200}, {350, 200}});
-    panel.moveTo({{200, 200}, {200, 350}});
-    panel.release();
+    panel.touch.press({{200, 200}, {300, 200}});
+    panel.touch.moveTo({{200, 200}, {300, 200}});
+    panel.touch.moveTo({{200, 200}, {350, 200}});
+    panel.touch.moveTo({{200, 200}, {200, 350}});
+    panel.touch.release();
     QCOMPARE(panel.item->states, (States{Started, Updated, Updated, Finished}));
     QCOMPARE(scales, (QVector<qreal>{1, 1.5, 1.5, 1.5}));
     QCOMPARE(rotations, (QVector<qreal>{0, 0, 90, 90}));
@@ -402,11 +346,11 @@ void TestGestureDelivery::thirdFingerEndsPinch()
     Panel panel;
     QVERIFY(panel.exposed);
     panel.item->grabGesture(PinchGestureRecognizer::type());
-    panel.press(fingers(2));
-    panel.move({5, 5});
-    panel.pressOneMore(positions.at(2));
+    panel.touch.press(fingers(2));
+    panel.touch.move({5, 5});
+    panel.touch.pressOneMore(positions.at(2));
     QCOMPARE(panel.item->states, (States{Started, Finished}));
-    panel.release();
+    panel.touch.release();
     QCOMPARE(panel.item->states.size(), 2);
 }
 

@@ -91,7 +91,7 @@ void TestGesturesInit::lateCallIsLogged()
 // No application here: the children have their own.
 int main(int argc, char **argv)
 {
-    useOffscreenPlatform();
+    KORA::TestKit::useOffscreenPlatform();
     // Without it the children's applications warn.
     const QTemporaryDir runtimeDir;
     if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) {

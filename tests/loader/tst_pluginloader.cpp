@@ -11,13 +11,12 @@
 #include <kora/loader/pluginloader.h>
 #include <kora/runtime/graphicsobject_p.h>
 #include <kora/runtime/widget_p.h>
-#include <kora/runtime/widgetactionmanager_p.h>
 #include <kora/runtime/widgetlibraryplugin_p.h>
+#include <kora/testkit/host.h>
 #include <support/logrecorder.h>
 #include <support/testmain.h>
 
 #include "pluginfolders.h"
-#include "runtime/recording.h"
 
 using KORA::INTERNAL::PluginData;
 using KORA::INTERNAL::PluginLoader;
@@ -580,7 +579,7 @@ void TestPluginLoader::twinFoldersOfOneFile()
         errorLine(otherPath, QStringLiteral("the id %1 is not equal to the folder name %2").arg(own, other));
     QCOMPARE(log.takeTexts(),
              ownFirst ? (QStringList{loadedLine(own), refused}) : (QStringList{refused, loadedLine(own)}));
-    RecordingHost host;
+    KORA::TestKit::Host host;
     const std::unique_ptr<KORA::Widget> gauge = makeGauge(loader.pluginDataByPluginId(own), &host);
     QVERIFY(gauge);
     const std::unique_ptr<KORA::WidgetActionManager> manager(gauge->widgetActionManager());
@@ -627,7 +626,7 @@ void TestPluginLoader::widgetsOutliveTheLoader()
     const QByteArray library = PluginFolders::readFile(KORA_TEST_LIBRARY_fixture_deletable);
     QVERIFY(!folders.put(id, patched(library, builtId(), id.toLatin1())).isEmpty());
     LogRecorder log;
-    RecordingHost host;
+    KORA::TestKit::Host host;
     std::unique_ptr<KORA::Widget> gauge;
     {
         PluginLoader loader;

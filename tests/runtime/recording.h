@@ -10,9 +10,9 @@
 
 #include <kora/runtime/graphicsobject_p.h>
 #include <kora/runtime/widget_p.h>
-#include <kora/runtime/widgetactionmanager_p.h>
+#include <kora/testkit/host.h>
 
-// A widget and graphics object that write down what reaches them, and the host that they run in.
+// A widget and graphics object that write down what reaches them.
 
 /// What the receivers of one widget wrote down: lines like "item2.resizeEvent". Outlives them.
 struct Journal
@@ -187,38 +187,6 @@ private:
     }
 };
 
-/// A host of widgets; what it was asked and told stands in calls.
-class RecordingHost : public KORA::INTERNAL::WidgetActionManagerImpl
-{
-    Q_OBJECT
-
-public:
-    QVariant getTagValue(const QString &tag) const override
-    {
-        calls.append(QStringLiteral("getTagValue ") + tag);
-        return tags.value(tag);
-    }
-    QVariant getTrendValue(const QString &tag, const QDateTime &from, const QDateTime &to, unsigned int count,
-                           KORA::WidgetActionManager::TrendTimeFormat format) const override
-    {
-        calls.append(QStringLiteral("getTrendValue ") + tag);
-        return QVariantList{from, to, count, static_cast<int>(format)};
-    }
-    QVector<KORA::AlarmInfo> getAlarms() const override { return alarms; }
-    void resetAlarm(const QString &alarm) override { calls.append(QStringLiteral("resetAlarm ") + alarm); }
-    void resetAllAlarms() override { calls.append(QStringLiteral("resetAllAlarms")); }
-    void acknowAlarm(const QString &alarm) override { calls.append(QStringLiteral("acknowAlarm ") + alarm); }
-    void acknowAllAlarms() override { calls.append(QStringLiteral("acknowAllAlarms")); }
-    bool isInsideProjectEditor() const override { return insideProjectEditor; }
-    bool isInsideDevProject() const override { return insideDevProject; }
-
-    QVariantMap tags;
-    QVector<KORA::AlarmInfo> alarms;
-    bool insideProjectEditor = false;
-    bool insideDevProject = false;
-    mutable QStringList calls;
-};
-
 /// A recording widget in a host, with as many items as asked for. Deletes what is left of them.
 class Panel
 {
@@ -227,6 +195,7 @@ public:
                    const QMetaObject *itemClass = &RecordingItem::staticMetaObject)
         : manager(std::make_unique<KORA::WidgetActionManager>(&host))
     {
+        host.insideDevProject = false;
         KORA::WidgetData data;
         data.id = QStringLiteral("gauge");
         data.version = KORA::INTERNAL::VersionType(1, 20, 3);
@@ -261,7 +230,7 @@ public:
         return widget && widget->name == name ? widget.data() : nullptr;
     }
 
-    RecordingHost host;
+    KORA::TestKit::Host host;
     std::unique_ptr<KORA::WidgetActionManager> manager;
     QPointer<RecordingWidget> widget;
     QVector<QPointer<RecordingItem>> items;

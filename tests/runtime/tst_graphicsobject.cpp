@@ -11,6 +11,7 @@
 #include <limits>
 
 #include <kora/runtime/nullgraphicsobject.h>
+#include <kora/testkit/scene.h>
 #include <support/testmain.h>
 
 #include "recording.h"
@@ -64,24 +65,18 @@ QVector<QEvent::Type> takeMouseTypes(RecordingItem *item)
 using Types = QVector<QEvent::Type>;
 
 /// An item at (20, 20) of the scene, shown in a view.
-class Window
+class Window : public KORA::TestKit::Scene
 {
 public:
     Window()
-        : panel(1)
+        : Scene(QSizeF(200, 200))
+        , panel(1)
         , item(panel.items.first())
     {
         item->setOption(GraphicsObject::OptionTouchToMouse, true);
         item->priv()->resize(QSizeF(100, 100));
         item->setPos(20, 20);
-        scene.setSceneRect(0, 0, 200, 200);
         scene.addItem(item);
-        view.setFrameShape(QFrame::NoFrame);
-        view.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        view.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        view.setFixedSize(200, 200);
-        view.setScene(&scene);
-        view.show();
     }
     ~Window()
     {
@@ -90,24 +85,11 @@ public:
         }
     }
 
-    bool waitUntilExposed() { return QTest::qWaitForWindowExposed(&view); }
-    void press(const QPoint &pos) { touch().press(0, pos, view.viewport()); }
-    void move(const QPoint &pos) { touch().move(0, pos, view.viewport()); }
-    void release(const QPoint &pos) { touch().release(0, pos, view.viewport()); }
     /// As the mouse would: through the window.
     void click(const QPoint &pos) { QTest::mouseClick(view.windowHandle(), Qt::LeftButton, {}, pos); }
-    QTest::QTouchEventSequence touch() { return QTest::touchEvent(view.viewport(), device()); }
-
-    static QTouchDevice *device()
-    {
-        static QTouchDevice *const touchScreen = QTest::createTouchDevice();
-        return touchScreen;
-    }
 
     Panel panel;
     QPointer<RecordingItem> item;
-    QGraphicsScene scene;
-    QGraphicsView view;
 };
 
 /// An image that the placeholder item of a widget painted into, on white.
@@ -533,10 +515,10 @@ void TestGraphicsObject::spontaneousPressDuringATouchIsSuppressed()
 void TestGraphicsObject::touchInAViewBecomesMouse()
 {
     Window window;
-    QVERIFY(window.waitUntilExposed());
-    window.press(QPoint(30, 40));
-    window.move(QPoint(50, 60));
-    window.release(QPoint(50, 60));
+    QVERIFY(window.isExposed());
+    window.touch.press({QPoint(30, 40)});
+    window.touch.moveTo({QPoint(50, 60)});
+    window.touch.release();
     QCOMPARE(window.item->mouse.size(), 3);
     QCOMPARE(window.item->mouse.at(0).pos, QPointF(10, 20));
     QCOMPARE(window.item->mouse.at(1).scenePos, QPointF(50, 60));
@@ -549,12 +531,12 @@ void TestGraphicsObject::touchInAViewBecomesMouse()
 void TestGraphicsObject::pressInAViewDuringATouchIsSuppressed()
 {
     Window window;
-    QVERIFY(window.waitUntilExposed());
-    window.press(QPoint(30, 40));
+    QVERIFY(window.isExposed());
+    window.touch.press({QPoint(30, 40)});
     QCOMPARE(takeMouseTypes(window.item), Types{QEvent::GraphicsSceneMousePress});
     window.click(QPoint(30, 40));
     QVERIFY(!takeMouseTypes(window.item).contains(QEvent::GraphicsSceneMousePress));
-    window.release(QPoint(30, 40));
+    window.touch.release();
     QVERIFY(takeMouseTypes(window.item).contains(QEvent::GraphicsSceneMouseRelease));
 
     window.click(QPoint(30, 40));
@@ -566,27 +548,27 @@ void TestGraphicsObject::pressInAViewDuringATouchIsSuppressed()
 void TestGraphicsObject::refusedTouchInAView()
 {
     Window window;
-    QVERIFY(window.waitUntilExposed());
+    QVERIFY(window.isExposed());
     window.item->acceptMouse = false;
-    window.press(QPoint(30, 40));
-    window.release(QPoint(30, 40));
+    window.touch.press({QPoint(30, 40)});
+    window.touch.release();
     QCOMPARE(takeMouseTypes(window.item).count(QEvent::GraphicsSceneMousePress), 1);
 }
 
 void TestGraphicsObject::hiddenItemForgetsTheTouch()
 {
     Window window;
-    QVERIFY(window.waitUntilExposed());
-    window.press(QPoint(30, 40));
+    QVERIFY(window.isExposed());
+    window.touch.press({QPoint(30, 40)});
     QVERIFY(window.item->priv()->trackedTouchPointId != -1);
     window.item->hide();
-    window.release(QPoint(30, 40));
+    window.touch.release();
     QCOMPARE(window.item->priv()->trackedTouchPointId, -1);
     window.item->show();
     takeMouseTypes(window.item);
-    window.press(QPoint(30, 40));
+    window.touch.press({QPoint(30, 40)});
     QCOMPARE(takeMouseTypes(window.item), Types{QEvent::GraphicsSceneMousePress});
-    window.release(QPoint(30, 40));
+    window.touch.release();
 }
 
 void TestGraphicsObject::itemMayGoDuringATouch()

@@ -115,7 +115,7 @@ public:
     }
 
     const INTERNAL::FieldInfo speed{true, true, false, INTERNAL::FieldTypeInteger, QMetaType::UnknownType};
-    RecordingHost host;
+    KORA::TestKit::Host host;
     WidgetLibraryPlugin plugin{nullptr};
     QPointer<Widget> widget;
 };
@@ -287,7 +287,7 @@ void TestRegistration::wrongGraphicsObjectClassMakesNoItem()
 
 void TestRegistration::instancesOutliveThePlugin()
 {
-    RecordingHost host;
+    KORA::TestKit::Host host;
     std::unique_ptr<Widget> widget;
     {
         WidgetLibraryPlugin plugin(nullptr);
@@ -305,18 +305,20 @@ void TestRegistration::instancesOutliveThePlugin()
 
 void TestRegistration::actionManagerForwardsToTheHost()
 {
-    RecordingHost host;
+    KORA::TestKit::Host host;
     host.tags.insert(QStringLiteral("t"), 7);
     host.alarms.append(KORA::AlarmInfo::createAlarmInfo({}));
-    host.insideDevProject = true;
+    host.trends[QStringLiteral("r")] = [](const QDateTime &) { return 1; };
     const QDateTime from = QDateTime::fromMSecsSinceEpoch(1);
     const QDateTime to = QDateTime::fromMSecsSinceEpoch(2);
     {
         const WidgetActionManager manager(&host);
         QCOMPARE(manager.getTagValue(QStringLiteral("t")), QVariant(7));
         QVERIFY(!manager.getTagValue(QStringLiteral("unknown")).isValid());
-        QCOMPARE(manager.getTrendValue(QStringLiteral("r"), from, to, 9, WidgetActionManager::UtcTime),
-                 QVariant(QVariantList{from, to, 9U, 1}));
+        QCOMPARE(manager.getTrendValue(QStringLiteral("r"), from, to, 9, WidgetActionManager::UtcTime)
+                     .toList()
+                     .size(),
+                 9);
         QCOMPARE(manager.getAlarms(), host.alarms);
         manager.resetAlarm(QStringLiteral("a"));
         manager.resetAllAlarms();
@@ -325,8 +327,12 @@ void TestRegistration::actionManagerForwardsToTheHost()
         QVERIFY(!manager.isInsideProjectEditor());
     }
     QCOMPARE(host.calls.join(QLatin1Char(';')),
-             QStringLiteral("getTagValue t;getTagValue unknown;getTrendValue r;resetAlarm a;resetAllAlarms;"
-                            "acknowAlarm b;acknowAllAlarms"));
+             QStringLiteral(
+                 "getTagValue t;getTagValue unknown;getTrendValue r;getAlarms;resetAlarm a;resetAllAlarms;"
+                 "acknowAlarm b;acknowAllAlarms"));
+    const KORA::TestKit::Host::TrendRequest &request = host.trendRequests.first();
+    QVERIFY(request.from == from && request.to == to && request.count == 9);
+    QCOMPARE(request.format, WidgetActionManager::UtcTime);
 
     WidgetActionManager another(&host);
     QVERIFY(INTERNAL::WidgetActionManagerPrivateAccessor::priv(&another)->isInsideDevProject());

@@ -39,13 +39,6 @@ int messagesInLog(QFile &log)
 
 } // namespace
 
-void useOffscreenPlatform()
-{
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-}
-
 int runKoraTest(QObject &test, const QStringList &arguments)
 {
     QTemporaryFile log;

@@ -6,17 +6,14 @@
 #include <QtCore/QTextStream>
 
 #include <kora/core/translatablestringlist_p.h>
+#include <kora/core/translationfile_p.h>
 
 namespace KORA {
 namespace INTERNAL {
 
-namespace {
-
-constexpr int fieldsPerLine = 3;
-
 // A double quote toggles quoting, and the second of two in a row stands for itself. So an empty quoted field,
 // which is two double quotes, deliberately reads as one double quote.
-QStringList splitCsvLine(const QString &line)
+QStringList splitTranslationLine(const QString &line)
 {
     QStringList fields;
     QString field;
@@ -40,10 +37,14 @@ QStringList splitCsvLine(const QString &line)
     return fields;
 }
 
+namespace {
+
+constexpr int fieldsPerLine = 3;
+
 // False for a line that is no translation or contradicts one.
 bool importLine(const QString &line, TranslatableStringList &texts, const QString &language, bool addMissing)
 {
-    const QStringList fields = splitCsvLine(line);
+    const QStringList fields = splitTranslationLine(line);
     if (fields.size() != fieldsPerLine) {
         return false;
     }

@@ -172,11 +172,7 @@ void StudioTool::doubleClick(const QMouseEvent &event)
 
 void StudioTool::restoreDefaultSize(PlacedWidget *widget)
 {
-    const QSizeF size = widget->info().defaultSize();
-    if (size.isEmpty()) {
-        emit message(tr("%1 has no default size").arg(widget->name()));
-        return;
-    }
+    const QSizeF size = m_document->sizeOfNew(widget->widgetId(), widget->version());
     m_document->setGeometries({widget}, {QRectF(widget->geometry().topLeft(), size)});
 }
 
@@ -189,7 +185,6 @@ void StudioTool::begin(State state, const QVector<PlacedWidget *> &widgets)
     m_startGeometries = geometriesOf(widgets);
     m_startRect = united(m_startGeometries);
     m_gesture = m_document->newGesture();
-    m_stepsBefore = m_document->undoStack()->index();
     m_snapper = snapperWithout(widgets);
 }
 
@@ -291,23 +286,11 @@ void StudioTool::cancel()
 {
     const State state = m_state;
     if (state == State::Moving || state == State::Resizing) {
-        m_document->setGeometries(m_dragged, m_startGeometries, m_gesture);
-        dropStep();
+        m_document->cancelGesture(m_gesture);
     } else if (state == State::Marquee) {
         m_document->setSelection(m_startSelection);
     }
     finish();
-}
-
-/// The step of a cancelled drag does nothing any more; the stack deletes it instead of undoing it.
-void StudioTool::dropStep()
-{
-    QUndoStack *stack = m_document->undoStack();
-    const int last = stack->index() - 1;
-    if (last == m_stepsBefore) {
-        const_cast<QUndoCommand *>(stack->command(last))->setObsolete(true);
-        stack->undo();
-    }
 }
 
 void StudioTool::finish()

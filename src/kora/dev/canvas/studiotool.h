@@ -85,7 +85,6 @@ private:
     void updateResize();
     void updateMarquee();
     void applyGeometries(const QVector<QRectF> &geometries);
-    void dropStep();
     void finish();
     void clickWidget();
     void restoreDefaultSize(PlacedWidget *widget);
@@ -114,7 +113,6 @@ private:
     QRectF m_startRect; // round all that is dragged
     QVector<PlacedWidget *> m_startSelection;
     int m_gesture = 0;
-    int m_stepsBefore = 0; // undo steps before the drag
     Snapper m_snapper;
     QVector<Guide> m_guides;
 };

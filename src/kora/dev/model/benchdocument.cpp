@@ -32,11 +32,6 @@ QRectF wholePixels(const QRectF &rect)
             std::max(1.0, std::round(rect.height()))};
 }
 
-QString mergeKey(const QString &what, int gesture)
-{
-    return gesture == 0 ? QString() : QStringLiteral("%1 %2").arg(gesture).arg(what);
-}
-
 } // namespace
 
 BenchDocument::BenchDocument(WidgetLibraryPluginData *plugin, QObject *parent)
@@ -77,10 +72,22 @@ BenchDocument::~BenchDocument()
     m_widgets.clear();
 }
 
-void BenchDocument::push(const QString &text, const QString &mergeKey, const std::function<void()> &redo,
+void BenchDocument::push(const QString &text, const Gesture &gesture, const std::function<void()> &redo,
                          const std::function<void()> &undo)
 {
-    m_undoStack.push(new BenchEdit(text, mergeKey, redo, undo));
+    m_undoStack.push(new BenchEdit(text, gesture.number, gesture.subject, redo, undo));
+    emit changed();
+}
+
+void BenchDocument::cancelGesture(int gesture)
+{
+    const QUndoCommand *latest = m_undoStack.command(m_undoStack.index() - 1);
+    const auto *edit = dynamic_cast<const BenchEdit *>(latest); // a group of steps is another class
+    if (gesture == 0 || !edit || edit->gesture() != gesture) {
+        return;
+    }
+    edit->cancel();
+    m_undoStack.undo();
     emit changed();
 }
 
@@ -136,8 +143,7 @@ void BenchDocument::setPage(const PageState &page)
     }
     const PageState before = m_page;
     push(
-        tr("Change the page"), QString(), [this, page] { applyPage(page); },
-        [this, before] { applyPage(before); });
+        tr("Change the page"), {}, [this, page] { applyPage(page); }, [this, before] { applyPage(before); });
 }
 
 void BenchDocument::applyPage(const PageState &page)
@@ -218,6 +224,13 @@ void BenchDocument::take(int id)
     widget->deleteLater();
 }
 
+QSizeF BenchDocument::sizeOfNew(const QString &widgetId, const QString &version) const
+{
+    const QSizeF size =
+        m_plugin ? m_plugin->metaInformation()->widgets().value({widgetId, version}).defaultSize() : QSizeF();
+    return size.isEmpty() ? fallbackSize : size;
+}
+
 PlacedWidget *BenchDocument::place(const QString &widgetId, const QString &version, const QPointF &centre)
 {
     PlacedWidgetState state;
@@ -225,9 +238,7 @@ PlacedWidget *BenchDocument::place(const QString &widgetId, const QString &versi
     state.name = uniqueName(widgetId);
     state.widgetId = widgetId;
     state.version = version;
-    const auto info = m_plugin ? m_plugin->metaInformation()->widgets().value({widgetId, version})
-                               : WidgetMetaInformation();
-    state.geometry.setSize(info.defaultSize().isEmpty() ? fallbackSize : info.defaultSize());
+    state.geometry.setSize(sizeOfNew(widgetId, version));
     state.geometry.moveCenter(centre);
     state.geometry = wholePixels(state.geometry);
     pushInsertion(tr("Place %1").arg(widgetId), {state});
@@ -238,7 +249,7 @@ PlacedWidget *BenchDocument::place(const QString &widgetId, const QString &versi
 void BenchDocument::pushInsertion(const QString &text, const QVector<PlacedWidgetState> &states)
 {
     push(
-        text, QString(),
+        text, {},
         [this, states] {
             QVector<PlacedWidget *> inserted;
             for (const PlacedWidgetState &state : states) {
@@ -293,7 +304,7 @@ void BenchDocument::remove(const QVector<PlacedWidget *> &widgets)
         return;
     }
     push(
-        tr("Delete %n widget(s)", nullptr, states.size()), QString(),
+        tr("Delete %n widget(s)", nullptr, states.size()), {},
         [this, states] {
             for (const PlacedWidgetState &state : states) {
                 take(state.id);
@@ -309,7 +320,7 @@ void BenchDocument::remove(const QVector<PlacedWidget *> &widgets)
 }
 
 /// Changes what the widget's state holds, once and on every redo; undo sets the state's part back.
-void BenchDocument::pushStateEdit(PlacedWidget *widget, const QString &text, const QString &key,
+void BenchDocument::pushStateEdit(PlacedWidget *widget, const QString &text,
                                   const std::function<void(PlacedWidgetState &)> &edit)
 {
     const PlacedWidgetState before = widget->m_state;
@@ -327,7 +338,7 @@ void BenchDocument::pushStateEdit(PlacedWidget *widget, const QString &text, con
         }
     };
     push(
-        text, key, [apply, after] { apply(after); }, [apply, before] { apply(before); });
+        text, {}, [apply, after] { apply(after); }, [apply, before] { apply(before); });
 }
 
 bool BenchDocument::rename(PlacedWidget *widget, const QString &name, QString &problem)
@@ -345,7 +356,7 @@ bool BenchDocument::rename(PlacedWidget *widget, const QString &name, QString &p
             return false;
         }
     }
-    pushStateEdit(widget, tr("Rename %1").arg(widget->name()), QString(),
+    pushStateEdit(widget, tr("Rename %1").arg(widget->name()),
                   [name](PlacedWidgetState &state) { state.name = name; });
     return true;
 }
@@ -355,7 +366,7 @@ void BenchDocument::setVisible(PlacedWidget *widget, bool isVisible)
     if (isVisible != widget->isVisible()) {
         pushStateEdit(widget,
                       isVisible ? tr("Show %1").arg(widget->name()) : tr("Hide %1").arg(widget->name()),
-                      QString(), [isVisible](PlacedWidgetState &state) { state.isVisible = isVisible; });
+                      [isVisible](PlacedWidgetState &state) { state.isVisible = isVisible; });
     }
 }
 
@@ -364,7 +375,7 @@ void BenchDocument::setLocked(PlacedWidget *widget, bool isLocked)
     if (isLocked != widget->isLocked()) {
         pushStateEdit(widget,
                       isLocked ? tr("Lock %1").arg(widget->name()) : tr("Unlock %1").arg(widget->name()),
-                      QString(), [isLocked](PlacedWidgetState &state) { state.isLocked = isLocked; });
+                      [isLocked](PlacedWidgetState &state) { state.isLocked = isLocked; });
     }
 }
 
@@ -396,7 +407,7 @@ void BenchDocument::setGeometries(const QVector<PlacedWidget *> &widgets, const 
         }
     };
     push(
-        tr("Move or resize"), mergeKey(QStringLiteral("geometry"), gesture),
+        tr("Move or resize"), {gesture, QStringLiteral("geometry")},
         [apply, changes] { apply(changes, &Change::after); },
         [apply, changes] { apply(changes, &Change::before); });
 }
@@ -417,7 +428,7 @@ void BenchDocument::setStackingIndex(PlacedWidget *widget, int index)
         }
     };
     push(
-        tr("Reorder %1").arg(widget->name()), QString(), [move, after] { move(after); },
+        tr("Reorder %1").arg(widget->name()), {}, [move, after] { move(after); },
         [move, before] { move(before); });
 }
 
@@ -465,7 +476,7 @@ QVariant BenchDocument::setFieldValue(PlacedWidget *widget, const QString &field
     const int id = widget->id();
     push(
         tr("Set %1 of %2").arg(fieldId, widget->name()),
-        mergeKey(QStringLiteral("%1 %2").arg(id).arg(fieldId), gesture),
+        {gesture, QStringLiteral("%1 %2").arg(id).arg(fieldId)},
         [this, id, fieldId, after] { applyFieldValue(id, fieldId, after); },
         [this, id, fieldId, before] { applyFieldValue(id, fieldId, before); });
     return after;
@@ -498,7 +509,7 @@ void BenchDocument::setFieldText(PlacedWidget *widget, const QString &fieldId, c
     };
     push(
         tr("Set %1 of %2").arg(fieldId, widget->name()),
-        mergeKey(QStringLiteral("%1 %2 %3").arg(QString::number(widget->id()), fieldId, language), gesture),
+        {gesture, QStringLiteral("%1 %2 %3").arg(QString::number(widget->id()), fieldId, language)},
         [apply, texts] { apply(texts); }, [apply, before] { apply(before); });
 }
 
@@ -530,8 +541,7 @@ void BenchDocument::resetFields(PlacedWidget *widget, const QStringList &fieldId
                 applyFieldTexts(number, id, texts);
             };
             push(
-                QString(), QString(), [apply] { apply(QJsonValue::Undefined); },
-                [apply, before] { apply(before); });
+                QString(), {}, [apply] { apply(QJsonValue::Undefined); }, [apply, before] { apply(before); });
         } else {
             setFieldValue(widget, id, widget->defaultValue(id));
         }
@@ -564,7 +574,7 @@ void BenchDocument::setBinding(PlacedWidget *widget, const QString &fieldId, con
     push(
         source.isEmpty() ? tr("Unbind %1 of %2").arg(fieldId, widget->name())
                          : tr("Bind %1 of %2").arg(fieldId, widget->name()),
-        QString(), [apply, source, valueBefore] { apply(source, valueBefore); },
+        {}, [apply, source, valueBefore] { apply(source, valueBefore); },
         [apply, before, valueBefore] { apply(before, valueBefore); });
 }
 
@@ -580,7 +590,7 @@ void BenchDocument::onProvidersEdited()
     m_providersBefore = m_providers->toJson(Providers::EditsOnly);
     const QVector<QPair<QString, QString>> renames = std::exchange(m_tagRenames, {});
     push(
-        tr("Change the simulated plant"), QString(),
+        tr("Change the simulated plant"), {},
         [this, renames, after = m_providersBefore, isFirst = true]() mutable {
             if (!isFirst) {
                 restoreProviders(after);

@@ -76,6 +76,11 @@ public:
     void setSelection(const QVector<PlacedWidget *> &selection);
 
     int newGesture() { return ++m_lastGesture; }
+    /// Takes the latest step back for good if it is one of that gesture.
+    void cancelGesture(int gesture);
+
+    /// The size that place() gives a widget, in pixels.
+    QSizeF sizeOfNew(const QString &widgetId, const QString &version) const;
 
     /// Places a widget at its default size with its centre at @p centre, in whole pixels, and selects it. It is placed
     /// also if no instance can be made: PlacedWidget::problem() says why.
@@ -136,10 +141,16 @@ Q_SIGNALS:
 private:
     friend class PlacedWidget;
 
-    void push(const QString &text, const QString &mergeKey, const std::function<void()> &redo,
+    struct Gesture
+    {
+        int number = 0;
+        QString subject;
+    };
+
+    void push(const QString &text, const Gesture &gesture, const std::function<void()> &redo,
               const std::function<void()> &undo);
     void pushInsertion(const QString &text, const QVector<PlacedWidgetState> &states);
-    void pushStateEdit(PlacedWidget *widget, const QString &text, const QString &key,
+    void pushStateEdit(PlacedWidget *widget, const QString &text,
                        const std::function<void(PlacedWidgetState &)> &edit);
     PlacedWidget *insert(const PlacedWidgetState &state, int index, bool isStopped = false);
     void take(int id);

@@ -9,27 +9,36 @@
 namespace KORA {
 namespace DEV {
 
-/// One undoable step: how to do it and how to take it back. Steps with the same key that follow each other are one,
-/// unless the key is empty.
+/// One undoable step: how to do it and how to take it back. Steps of one gesture that follow each other and change the
+/// same are one; gesture 0 is none.
 class BenchEdit : public QUndoCommand
 {
 public:
     using Action = std::function<void()>;
 
-    BenchEdit(const QString &text, const QString &mergeKey, Action redo, Action undo)
+    /// @p subject names what is changed.
+    BenchEdit(const QString &text, int gesture, const QString &subject, Action redo, Action undo)
         : QUndoCommand(text)
-        , m_mergeKey(mergeKey)
+        , m_gesture(gesture)
+        , m_subject(subject)
         , m_redo(std::move(redo))
         , m_undo(std::move(undo))
     {}
 
     void redo() override { m_redo(); }
-    void undo() override { m_undo(); }
-    int id() const override { return m_mergeKey.isEmpty() ? -1 : 1; }
+    void undo() override
+    {
+        m_undo();
+        setObsolete(m_isCancelled); // the stack then deletes it
+    }
+    /// The next undo is the last: there is nothing to redo. Const as the stack's commands are.
+    void cancel() const { m_isCancelled = true; }
+    int gesture() const { return m_gesture; }
+    int id() const override { return m_gesture == 0 ? -1 : 1; }
     bool mergeWith(const QUndoCommand *other) override
     {
-        const auto *later = static_cast<const BenchEdit *>(other); // the only class of the stack
-        if (later->m_mergeKey != m_mergeKey) {
+        const auto *later = static_cast<const BenchEdit *>(other); // only this class has an id
+        if (later->m_gesture != m_gesture || later->m_subject != m_subject) {
             return false;
         }
         m_redo = later->m_redo;
@@ -37,7 +46,9 @@ public:
     }
 
 private:
-    QString m_mergeKey;
+    int m_gesture;
+    QString m_subject;
+    mutable bool m_isCancelled = false;
     Action m_redo;
     Action m_undo;
 };
