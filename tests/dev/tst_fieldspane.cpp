@@ -26,6 +26,8 @@
 #include <kora/dev/providers/tagtable.h>
 #include <kora/dev/theme/theme.h>
 
+extern Q_WIDGETS_EXPORT bool qt_sendSpontaneousEvent(QObject *receiver, QEvent *event);
+
 using namespace KORA::DEV;
 using namespace KORA::INTERNAL;
 
@@ -238,8 +240,7 @@ void TestFieldsPane::wheelScrollsUnfocusedEditors()
         const QPoint middle = widget->mapTo(&bench.pane, widget->rect().center());
         QWheelEvent event(middle, bench.pane.mapToGlobal(middle), {}, {0, 120}, Qt::NoButton, {},
                           Qt::NoScrollPhase, false);
-        QSpontaneKeyEvent::setSpontaneous(&event); // as from the mouse
-        QCoreApplication::sendEvent(bench.pane.windowHandle(), &event);
+        qt_sendSpontaneousEvent(bench.pane.windowHandle(), &event); // others are not passed on to parents
     };
     QScrollBar *bar = bench.pane.tree()->verticalScrollBar();
     for (const char *name : {"level", "levelSlider", "shape", "color"}) {
@@ -644,6 +645,9 @@ void TestFieldsPane::screenshots()
         QTest::keyClicks(box, QStringLiteral("x"));
         bench.pane.findChild<QToolButton *>(QStringLiteral("fieldsHidden"))->click();
         QTest::qWait(150);
+        qWarning() << bench.pane.palette().color(QPalette::Window)
+                   << bench.pane.tree()->palette().color(QPalette::Window)
+                   << box->palette().color(QPalette::Window);
         const QString name = theme == Theme::Dark ? QStringLiteral("dark") : QStringLiteral("light");
         QVERIFY(bench.pane.grab().save(folder + QLatin1String("/fields-") + name + QLatin1String(".png")));
         bench.pane.tree()->scrollToBottom();

@@ -91,6 +91,7 @@ private:
         const QString text = nameOf(m_color);
         if (m_text->text() != text) {
             m_text->setText(text);
+            m_text->setCursorPosition(0);
         }
     }
     void onTextEdited(const QString &text)

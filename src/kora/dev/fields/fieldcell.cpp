@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <kora/dev/fields/fieldcell.h>
 
+#include <QtCore/QEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QGridLayout>
-#include <QtWidgets/QLabel>
 #include <QtWidgets/QStyle>
 #include <QtWidgets/QToolButton>
 
+#include <kora/dev/fields/elidedlabel.h>
 #include <kora/dev/fields/fieldeditor.h>
 #include <kora/dev/theme/icons.h>
 #include <kora/dev/theme/theme.h>
@@ -34,48 +35,11 @@ QColor noteColor(FieldCell::Note kind)
 
 } // namespace
 
-/// Small, in the colour of its kind; shows as much of its text as there is room for, the rest is in its tooltip.
-class FieldCell::NoteLabel : public QLabel
-{
-public:
-    NoteLabel() { setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); }
-
-    void show(Note kind, const QString &text)
-    {
-        m_kind = kind;
-        setText(text);
-        setToolTip(text.toHtmlEscaped());
-        setVisible(!text.isEmpty());
-        update();
-    }
-    QSize sizeHint() const override { return {0, QFontMetrics(smallFont()).height() + 1}; }
-
-protected:
-    void paintEvent(QPaintEvent *) override
-    {
-        QPainter painter(this);
-        painter.setFont(smallFont());
-        painter.setPen(noteColor(m_kind));
-        painter.drawText(rect(), Qt::AlignLeft | Qt::AlignTop,
-                         painter.fontMetrics().elidedText(text(), Qt::ElideRight, width()));
-    }
-
-private:
-    QFont smallFont() const
-    {
-        QFont small = font();
-        small.setPointSizeF(std::max(6.0, small.pointSizeF() - 1));
-        return small;
-    }
-
-    Note m_kind = Note::None;
-};
-
 FieldCell::FieldCell(FieldEditor *editor, const QString &name, const QString &label)
     : m_editor(editor->widget())
     , m_link(makeButton(name + QStringLiteral("Link")))
     , m_revert(makeButton(name + QStringLiteral("Revert")))
-    , m_noteLabel(new NoteLabel)
+    , m_noteLabel(new ElidedLabel)
 {
     auto *layout = new QGridLayout(this);
     layout->setContentsMargins(2, 2, 2, 2);
@@ -86,6 +50,8 @@ FieldCell::FieldCell(FieldEditor *editor, const QString &name, const QString &la
     layout->addWidget(m_revert, 0, 2);
     layout->addWidget(m_noteLabel, 1, 0, 1, 3);
     layout->setColumnStretch(0, 1);
+    m_noteLabel->setSmall();
+    m_noteLabel->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_noteLabel->hide();
 
     m_revert->setIcon(benchIcon("revert"));
@@ -124,7 +90,9 @@ void FieldCell::setNote(Note kind, const QString &text)
     }
     m_note = kind;
     m_noteText = text;
-    m_noteLabel->show(kind, text);
+    m_noteLabel->setTextColor(noteColor(kind));
+    m_noteLabel->showText(text);
+    m_noteLabel->setVisible(!text.isEmpty());
     update();
     emit heightChanged();
 }
@@ -142,6 +110,14 @@ void FieldCell::setRevertable(bool isRevertable, const QString &toolTip)
 {
     m_revert->setVisible(isRevertable);
     m_revert->setToolTip(toolTip);
+}
+
+void FieldCell::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        m_noteLabel->setTextColor(noteColor(m_note));
+    }
 }
 
 void FieldCell::paintEvent(QPaintEvent *event)

@@ -8,6 +8,7 @@ class QToolButton;
 namespace KORA {
 namespace DEV {
 
+class ElidedLabel;
 class FieldEditor;
 
 /// What stands in a row's second column: the editor, a button that links a tag or shows the lock, one that reverts,
@@ -39,17 +40,16 @@ Q_SIGNALS:
     void heightChanged();
 
 protected:
+    void changeEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    class NoteLabel;
-
     QToolButton *makeButton(const QString &name);
 
     QWidget *m_editor;
     QToolButton *m_link;
     QToolButton *m_revert;
-    NoteLabel *m_noteLabel;
+    ElidedLabel *m_noteLabel;
     QString m_noteText;
     Note m_note = Note::None;
 };

@@ -2,12 +2,11 @@
 #include <kora/dev/fields/fielddetails.h>
 
 #include <QtCore/QDebug>
-#include <QtGui/QPainter>
-#include <QtWidgets/QLabel>
 #include <QtWidgets/QVBoxLayout>
 
 #include <kora/core/widgetlibrarypluginmetainformation.h>
 #include <kora/core/widgetlibrarypluginutils.h>
+#include <kora/dev/fields/elidedlabel.h>
 #include <kora/dev/fields/fieldmanager.h>
 
 namespace KORA {
@@ -16,22 +15,6 @@ namespace DEV {
 using namespace INTERNAL;
 
 namespace {
-
-class ElidedLabel : public QLabel
-{
-public:
-    ElidedLabel() { setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); }
-
-protected:
-    void paintEvent(QPaintEvent *) override
-    {
-        QPainter painter(this);
-        painter.setPen(
-            palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole()));
-        painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter,
-                         fontMetrics().elidedText(text(), Qt::ElideRight, width()));
-    }
-};
 
 QString tr(const char *text)
 {
@@ -104,12 +87,9 @@ FieldDetails::FieldDetails(QWidget *parent)
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(4, 2, 4, 2);
     layout->setSpacing(1);
-    for (QLabel *&line : m_lines) {
+    for (ElidedLabel *&line : m_lines) {
         line = new ElidedLabel;
-        line->setTextFormat(Qt::PlainText);
-        QFont small = line->font();
-        small.setPointSizeF(std::max(6.0, small.pointSizeF() - 1));
-        line->setFont(small);
+        line->setSmall();
         layout->addWidget(line);
     }
     clear();
@@ -117,9 +97,7 @@ FieldDetails::FieldDetails(QWidget *parent)
 
 void FieldDetails::setLine(int line, const QString &text)
 {
-    m_lines[line]->setText(text);
-    m_lines[line]->setToolTip(text.toHtmlEscaped());
-    m_lines[line]->setAccessibleName(text);
+    m_lines[line]->showText(text);
 }
 
 void FieldDetails::showField(const FieldManager *manager, const FieldWriter &writer,

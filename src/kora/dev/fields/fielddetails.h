@@ -4,11 +4,10 @@
 #include <QtCore/QDateTime>
 #include <QtWidgets/QFrame>
 
-class QLabel;
-
 namespace KORA {
 namespace DEV {
 
+class ElidedLabel;
 class FieldManager;
 
 /// Who wrote a field last, and when.
@@ -34,7 +33,7 @@ private:
 
     static constexpr int lineCount = 3;
 
-    QLabel *m_lines[lineCount];
+    ElidedLabel *m_lines[lineCount];
 };
 
 } // namespace DEV

@@ -333,14 +333,11 @@ void FieldManager::onEdited(Row &row, const QVariant &value, bool isFinished)
     if (row.gesture == 0) {
         row.gesture = m_document->newGesture();
         row.before = read(row);
-        row.command = nullptr;
     }
     const QVariant written = write(row, value, row.gesture);
     if (!m_widget) {
         return;
     }
-    const QUndoStack *stack = m_document->undoStack();
-    row.command = stack->command(stack->index() - 1);
     const bool isClamped = NumberBox::numberText(written) != NumberBox::numberText(value)
                            && (m_field.type() == FieldTypeInteger || m_field.type() == FieldTypeDouble
                                || row.kind == Row::PartOfFont);
@@ -360,11 +357,9 @@ void FieldManager::restore(Row &row)
         return;
     }
     if (row.gesture != 0) {
-        QUndoStack *stack = m_document->undoStack();
-        const bool isLatest = row.command && stack->command(stack->index() - 1) == row.command;
-        if (isLatest) {
-            stack->undo(); // leaves nothing behind
-        } else {
+        const int index = m_document->undoStack()->index();
+        m_document->cancelGesture(row.gesture);
+        if (m_widget && m_document->undoStack()->index() == index) { // another step came after it
             write(row, row.before, row.gesture);
         }
         row.gesture = 0;

@@ -10,7 +10,6 @@
 #include <kora/dev/fields/fontparts.h>
 
 class QTreeWidgetItem;
-class QUndoCommand;
 
 namespace KORA {
 namespace DEV {
@@ -31,7 +30,6 @@ struct FieldRow
     // The entry under way; 0 if none.
     int gesture = 0;
     QVariant before;
-    const QUndoCommand *command = nullptr; ///< its step; for comparing only
 
     QString rejection; ///< what stands in the editor is no value
     QString clamp;     ///< what became of the value that was entered

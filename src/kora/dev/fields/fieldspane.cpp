@@ -18,6 +18,7 @@
 #include <QtWidgets/QVBoxLayout>
 
 #include <kora/core/widgetlibrarypluginmetainformation.h>
+#include <kora/dev/fields/elidedlabel.h>
 #include <kora/dev/fields/geometrystrip.h>
 #include <kora/dev/model/fieldvaluejson.h>
 #include <kora/dev/theme/icons.h>
@@ -40,12 +41,36 @@ enum Column : int { NameColumn, ValueColumn, ColumnCount };
 
 const int groupKeyRole = Qt::UserRole;
 
+/// Shows the current row softly: editors stand in it.
+class FieldTree : public QTreeWidget
+{
+protected:
+    void drawRow(QPainter *painter, const QStyleOptionViewItem &option,
+                 const QModelIndex &index) const override
+    {
+        QStyleOptionViewItem soft = option;
+        const QColor base = palette().color(QPalette::Base);
+        const QColor accent = palette().color(QPalette::Highlight);
+        soft.palette.setColor(QPalette::Highlight, mixed(base, accent, 0.18));
+        soft.palette.setColor(QPalette::HighlightedText, palette().color(QPalette::Text));
+        QTreeWidget::drawRow(painter, soft, index);
+    }
+
+private:
+    static QColor mixed(const QColor &base, const QColor &accent, qreal part)
+    {
+        const auto channel = [part](qreal from, qreal to) { return from + (to - from) * part; };
+        return QColor::fromRgbF(channel(base.redF(), accent.redF()), channel(base.greenF(), accent.greenF()),
+                                channel(base.blueF(), accent.blueF()));
+    }
+};
+
 } // namespace
 
 FieldsPane::FieldsPane(BenchDocument *document, QWidget *parent)
     : QWidget(parent)
     , m_document(document)
-    , m_title(new QLabel)
+    , m_title(new ElidedLabel)
     , m_geometry(new GeometryStrip(document))
     , m_details(new FieldDetails)
 {
@@ -54,8 +79,6 @@ FieldsPane::FieldsPane(BenchDocument *document, QWidget *parent)
     layout->setContentsMargins(6, 6, 6, 4);
     layout->setSpacing(4);
     m_title->setObjectName(QStringLiteral("fieldsTitle"));
-    m_title->setTextFormat(Qt::PlainText);
-    m_title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     layout->addWidget(m_title);
     layout->addWidget(m_geometry);
     layout->addWidget(makeBar());
@@ -164,7 +187,7 @@ QWidget *FieldsPane::makeTree()
     m_emptyText->setAlignment(Qt::AlignCenter);
     m_emptyText->setWordWrap(true);
     m_emptyText->setMargin(16);
-    m_tree = new QTreeWidget;
+    m_tree = new FieldTree;
     m_tree->setObjectName(QStringLiteral("fieldsTree"));
     m_tree->setAccessibleName(tr("Fields"));
     m_tree->setColumnCount(ColumnCount);
@@ -382,14 +405,13 @@ void FieldsPane::showState()
 {
     QString empty;
     if (!m_widget) {
-        m_title->clear();
+        m_title->showText(QString());
         empty = tr("Select a widget on the page to see its fields.");
     } else {
         const QString display = m_widget->info().display().get(m_document->language(), true);
-        m_title->setText(tr("%1: %2 %3")
-                             .arg(m_widget->name(), display.isEmpty() ? m_widget->widgetId() : display,
-                                  m_widget->version()));
-        m_title->setToolTip(m_title->text());
+        m_title->showText(tr("%1: %2 %3")
+                              .arg(m_widget->name(), display.isEmpty() ? m_widget->widgetId() : display,
+                                   m_widget->version()));
         if (!m_widget->widget()) {
             empty = tr("There is no instance: %1.").arg(m_widget->problem().message);
         } else if (m_managers.isEmpty()) {

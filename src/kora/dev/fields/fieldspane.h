@@ -25,6 +25,7 @@ class QTreeWidget;
 namespace KORA {
 namespace DEV {
 
+class ElidedLabel;
 class GeometryStrip;
 
 /// The fields of the widget that was selected last, each in a row of its group, with an editor.
@@ -128,7 +129,7 @@ private:
     int m_promptUpdates = 0; ///< that may still follow each other without a pause
     QTimer m_rowsTimer;
 
-    QLabel *m_title;
+    ElidedLabel *m_title;
     GeometryStrip *m_geometry;
     QLineEdit *m_filter;
     QToolButton *m_modifiedOnly;

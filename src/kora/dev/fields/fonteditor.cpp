@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <kora/dev/fields/elidedlabel.h>
 #include <kora/dev/fields/fieldeditors_p.h>
 #include <kora/dev/fields/fontparts.h>
 
-#include <QtWidgets/QLabel>
 #include <QtWidgets/QToolButton>
 
 namespace KORA {
@@ -20,10 +20,9 @@ class FontEditor : public FieldEditor
 public:
     explicit FontEditor(const FieldEditorContext &context)
         : FieldEditor(context)
-        , m_sample(new QLabel)
+        , m_sample(new ElidedLabel)
     {
         m_sample->setMinimumWidth(30);
-        m_sample->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
         addPassive(m_sample, 1);
         addButton(FontPart::Bold, "bold", tr("Bold"));
         addButton(FontPart::Style, "italic", tr("Italic"));
@@ -34,8 +33,7 @@ public:
     {
         m_font = value.value<QFont>();
         const QString text = tr("%1, %2 pt").arg(m_font.family(), QString::number(m_font.pointSize()));
-        m_sample->setText(value.isValid() ? text : tr("no value"));
-        m_sample->setToolTip(m_sample->text());
+        m_sample->showText(value.isValid() ? text : tr("no value"));
         QFont sample = m_font;
         sample.setPointSize(qBound(6, m_font.pointSize(), largestSampleSize));
         m_sample->setFont(sample);
@@ -64,7 +62,7 @@ private:
         });
     }
 
-    QLabel *m_sample;
+    ElidedLabel *m_sample;
     QVector<Button> m_buttons;
     QFont m_font;
 };

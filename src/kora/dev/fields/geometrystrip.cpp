@@ -104,7 +104,6 @@ void GeometryStrip::onEdited(int side, const QVariant &number)
     QRectF geometry = m_widget->geometry();
     if (m_gesture == 0) {
         m_gesture = m_document->newGesture();
-        m_before = geometry;
     }
     const int value = qBound(sides[side].minimum, number.toInt(), farthest);
     const QPointF position(side == 0 ? value : geometry.x(), side == 1 ? value : geometry.y());
@@ -114,9 +113,7 @@ void GeometryStrip::onEdited(int side, const QVariant &number)
 
 void GeometryStrip::restore()
 {
-    if (m_widget) {
-        m_document->setGeometries({m_widget.data()}, {m_before}, m_gesture);
-    }
+    m_document->cancelGesture(m_gesture);
     m_gesture = 0;
     refresh();
 }

@@ -36,7 +36,6 @@ private:
     QPointer<PlacedWidget> m_widget;
     NumberBox *m_boxes[sideCount];
     int m_gesture = 0; ///< of the entry under way
-    QRectF m_before;
 };
 
 } // namespace DEV

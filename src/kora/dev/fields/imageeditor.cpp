@@ -35,6 +35,7 @@ public:
         m_thumbnail->setFixedSize(thumbnailSide, thumbnailSide);
         m_thumbnail->setAlignment(Qt::AlignCenter);
         addPassive(m_thumbnail);
+        m_thumbnail->hide();
         m_text->setMinimumWidth(40);
         addControl(m_text, 1);
         QToolButton *file = addButton("open", tr("Choose a file"), QStringLiteral("File"));
@@ -60,6 +61,7 @@ public:
         const QString text = value.toString();
         if (m_text->text() != text) {
             m_text->setText(text);
+            m_text->setCursorPosition(0);
         }
         m_text->setPlaceholderText(value.isValid() ? tr("empty text") : tr("no value"));
         m_text->setToolTip(text);
@@ -127,6 +129,7 @@ private:
         QPixmap picture = isThere ? QPixmap::fromImage(reader.read()) : QPixmap();
         picture.setDevicePixelRatio(ratio);
         m_thumbnail->setPixmap(picture);
+        m_thumbnail->setVisible(!picture.isNull());
     }
 
     QLabel *m_thumbnail;

@@ -43,6 +43,9 @@ void NumberBox::setNumber(const QVariant &number)
     const QString text = numberText(number);
     if (lineEdit()->text() != text) {
         lineEdit()->setText(text);
+        if (!hasFocus()) {
+            lineEdit()->setCursorPosition(0); // its front is in sight
+        }
     }
 }
 

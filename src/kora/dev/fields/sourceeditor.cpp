@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <kora/dev/fields/elidedlabel.h>
 #include <kora/dev/fields/fieldeditors_p.h>
 #include <kora/dev/fields/fieldsources.h>
 #include <kora/dev/fields/numberbox.h>
 
 #include <QtGui/QStandardItemModel>
 #include <QtWidgets/QComboBox>
-#include <QtWidgets/QLabel>
 
 namespace KORA {
 namespace DEV {
@@ -44,12 +44,11 @@ public:
     explicit SourceEditor(const FieldEditorContext &context)
         : FieldEditor(context)
         , m_box(new SourceBox)
-        , m_value(new QLabel)
+        , m_value(new ElidedLabel)
     {
         m_box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
         m_box->setMinimumContentsLength(6);
         addControl(m_box, 2);
-        m_value->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         m_value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         addPassive(m_value, 1);
         m_value->setVisible(context.type == INTERNAL::FieldTypeTag); // not before it has a parent
@@ -63,8 +62,7 @@ public:
     {
         const bool isNumber = value.userType() == QMetaType::Double || value.userType() == QMetaType::Float;
         const QString text = isNumber ? QString::number(value.toDouble(), 'g', 6) : value.toString();
-        m_value->setText(value.isValid() ? text : tr("no value"));
-        m_value->setToolTip(m_value->text());
+        m_value->showText(value.isValid() ? text : tr("no value"));
     }
 
     void setBinding(const QString &source) override
@@ -100,7 +98,7 @@ private:
     }
 
     SourceBox *m_box;
-    QLabel *m_value;
+    ElidedLabel *m_value;
     QString m_source;
 };
 
