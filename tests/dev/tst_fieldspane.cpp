@@ -26,8 +26,6 @@
 #include <kora/dev/providers/tagtable.h>
 #include <kora/dev/theme/theme.h>
 
-extern Q_WIDGETS_EXPORT bool qt_sendSpontaneousEvent(QObject *receiver, QEvent *event);
-
 using namespace KORA::DEV;
 using namespace KORA::INTERNAL;
 
@@ -240,7 +238,8 @@ void TestFieldsPane::wheelScrollsUnfocusedEditors()
         const QPoint middle = widget->mapTo(&bench.pane, widget->rect().center());
         QWheelEvent event(middle, bench.pane.mapToGlobal(middle), {}, {0, 120}, Qt::NoButton, {},
                           Qt::NoScrollPhase, false);
-        qt_sendSpontaneousEvent(bench.pane.windowHandle(), &event); // others are not passed on to parents
+        QSpontaneKeyEvent::setSpontaneous(&event); // others are not passed on to parents
+        qApp->notify(bench.pane.windowHandle(), &event);
     };
     QScrollBar *bar = bench.pane.tree()->verticalScrollBar();
     for (const char *name : {"level", "levelSlider", "shape", "color"}) {
@@ -414,6 +413,10 @@ void TestFieldsPane::fieldsFollowTags()
 {
     ProbeBench bench(m_fields);
     TagTable *tags = bench.document.providers()->tags();
+    const QStringList others = tags->names();
+    for (const QString &name : others) {
+        tags->remove(name);
+    }
     TagDefinition tag;
     tag.name = QStringLiteral("Level1");
     tag.value = 12.5;
@@ -645,9 +648,6 @@ void TestFieldsPane::screenshots()
         QTest::keyClicks(box, QStringLiteral("x"));
         bench.pane.findChild<QToolButton *>(QStringLiteral("fieldsHidden"))->click();
         QTest::qWait(150);
-        qWarning() << bench.pane.palette().color(QPalette::Window)
-                   << bench.pane.tree()->palette().color(QPalette::Window)
-                   << box->palette().color(QPalette::Window);
         const QString name = theme == Theme::Dark ? QStringLiteral("dark") : QStringLiteral("light");
         QVERIFY(bench.pane.grab().save(folder + QLatin1String("/fields-") + name + QLatin1String(".png")));
         bench.pane.tree()->scrollToBottom();

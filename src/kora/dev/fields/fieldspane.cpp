@@ -5,6 +5,7 @@
 #include <QtGui/QContextMenuEvent>
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QAction>
+#include <QtWidgets/QCheckBox>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QLabel>
@@ -233,6 +234,9 @@ QWidget *FieldsPane::makeHiddenFields()
     m_hiddenList->setAccessibleName(tr("Fields hidden by requirements"));
     m_hiddenList->setWordWrap(true);
     m_hiddenList->setMaximumHeight(120);
+    m_hiddenList->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
+    m_hiddenList->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
+    m_hiddenList->setFrameShape(QFrame::NoFrame);
     m_hiddenList->hide();
     connect(m_hiddenToggle, &QToolButton::toggled, this, [this](bool isOpen) {
         m_hiddenToggle->setArrowType(isOpen ? Qt::DownArrow : Qt::RightArrow);
@@ -340,17 +344,23 @@ QTreeWidgetItem *FieldsPane::groupRow(const FieldMetaInformation &field)
     return group;
 }
 
-/// Fusion draws the outlines of controls darker than what stands behind them: unseen on dark. They take it from this
-/// colour, which nothing in the list is filled with.
+/// Fusion draws the outline of a control darker than its window's colour: unseen on dark. Nothing else of these
+/// controls has that colour; below a style sheet it must be set for each of them.
 void FieldsPane::lightenOutlines()
 {
-    QPalette colors = palette();
-    if (colors.color(QPalette::Window).lightness() < 128) {
-        colors.setColor(QPalette::Window, colors.color(QPalette::Mid).lighter(160));
+    QColor outline = palette().color(QPalette::Window);
+    if (outline.lightness() < 128) {
+        outline = palette().color(QPalette::Mid).lighter(160);
     }
-    for (QWidget *part :
-         {static_cast<QWidget *>(m_tree), static_cast<QWidget *>(m_geometry), m_filter->parentWidget()}) {
-        part->setPalette(colors);
+    const QList<QWidget *> widgets = findChildren<QWidget *>();
+    for (QWidget *widget : widgets) {
+        const bool hasOutline = qobject_cast<QLineEdit *>(widget) || qobject_cast<QAbstractSpinBox *>(widget)
+                                || qobject_cast<QCheckBox *>(widget);
+        QPalette colors = widget->palette();
+        if (hasOutline && colors.color(QPalette::Window) != outline) {
+            colors.setColor(QPalette::Window, outline);
+            widget->setPalette(colors);
+        }
     }
 }
 
@@ -535,6 +545,7 @@ void FieldsPane::makeVisibleEditors()
         }
     }
     if (isNew) {
+        lightenOutlines();
         chainTabOrder();
     }
 }
@@ -680,9 +691,9 @@ void FieldsPane::showHiddenFields()
         hidden += manager->isVisible() ? 0 : 1;
         invalid += manager->requirementsOutcome().isInvalid ? 1 : 0;
     }
-    QString text = tr("%n hidden by requirements", nullptr, hidden);
+    QString text = tr("%1 hidden by requirements").arg(hidden);
     if (invalid > 0) {
-        text += tr(", %n invalid", nullptr, invalid);
+        text += tr(", %1 invalid").arg(invalid);
     }
     m_hiddenToggle->setText(text);
     m_hiddenToggle->setAccessibleName(text);
