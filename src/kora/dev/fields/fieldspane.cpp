@@ -529,10 +529,10 @@ void FieldsPane::scheduleVisibleRows()
     }
 }
 
-/// Makes the editors of the rows in sight and of one page more, so that the tab key always finds the next one.
+/// Makes the editors of the rows in sight and of a few more, so that the tab key always finds the next one.
 void FieldsPane::makeVisibleEditors()
 {
-    const int pageEnd = 2 * m_tree->viewport()->height();
+    const int pageEnd = m_tree->viewport()->height() + 4 * FieldCell::rowHeight();
     bool isNew = false;
     for (QTreeWidgetItem *row = m_tree->itemAt(0, 1); row; row = m_tree->itemBelow(row)) {
         if (m_tree->visualItemRect(row).top() > pageEnd) {
