@@ -54,6 +54,8 @@ GeometryStrip::GeometryStrip(BenchDocument *document, QWidget *parent)
         box->setToolTip(tr(sides[side].label));
         box->setFocusPolicy(Qt::StrongFocus);
         box->installEventFilter(this);
+        // Room for four digits and the arrows: the pane may be narrow.
+        box->setMinimumWidth(box->fontMetrics().horizontalAdvance(QStringLiteral("00000")) + 26);
         auto *letter = new QLabel(tr(sides[side].letter));
         letter->setBuddy(box);
         layout->addWidget(letter);

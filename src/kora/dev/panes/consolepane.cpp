@@ -61,9 +61,8 @@ ConsolePane::ConsolePane(ConsoleModel *console, QWidget *parent)
     m_view->setModel(&m_filter);
     m_view->setObjectName(QStringLiteral("consoleLines"));
     m_view->setAccessibleName(tr("Console"));
-    m_view->header()->resizeSection(ConsoleModel::TimeColumn, 100);
-    m_view->header()->resizeSection(ConsoleModel::LevelColumn, 90);
-    m_view->header()->resizeSection(ConsoleModel::SourceColumn, 150);
+    m_view->setColumnTexts(
+        {QStringLiteral("00:00:00.000"), QStringLiteral("iii warning"), tr("A library's name")});
     m_problem->setObjectName(QStringLiteral("consoleFilterProblem"));
     m_problem->hide();
     QHBoxLayout *bar = paneBar();
@@ -83,7 +82,7 @@ ConsolePane::ConsolePane(ConsoleModel *console, QWidget *parent)
     // A double click on a source shows its lines alone.
     connect(m_view, &QTreeView::doubleClicked, this, [this](const QModelIndex &index) {
         if (index.column() == ConsoleModel::SourceColumn) {
-            m_filterEdit->setText(index.data().toString());
+            m_filterEdit->setText(index.data(Qt::ToolTipRole).toString());
         }
     });
     updateCounts();
