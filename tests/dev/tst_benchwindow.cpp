@@ -143,6 +143,7 @@ private Q_SLOTS:
     void everyControlHasAName();
     void keysReachThePanes();
     void instancesAreEditedInTheirPane();
+    void aWidgetThatEndedTheBenchIsNotAskedForItsIcon();
     void layoutOutlivesTheWindow();
     void narrowWindowsTabTheLeftPanes();
     void paletteFindsActionsWidgetsAndFields();
@@ -354,6 +355,24 @@ void TestBenchWindow::instancesAreEditedInTheirPane()
     QTRY_COMPARE(tree->topLevelItem(1)->text(0), QStringLiteral("feed"));
     click(0, 0);
     QCOMPARE(bench.document()->current()->name(), QStringLiteral("alarm_list1"));
+}
+
+void TestBenchWindow::aWidgetThatEndedTheBenchIsNotAskedForItsIcon()
+{
+    const QString asked = QStringLiteral("icons/%1/asked").arg(QLatin1String(plantId));
+    {
+        const Bench bench;
+        QTRY_VERIFY(!BenchSettings().contains(asked));
+    }
+    // As a process leaves it that did not come back.
+    BenchSettings().setValue(asked, QStringLiteral("pump 1.0.0"));
+    for (int start = 0; start < 2; ++start) {
+        const Bench bench;
+        QTRY_VERIFY(!BenchSettings().contains(asked));
+        auto *tree = bench.get<QTreeWidget>("widgetsTree");
+        QVERIFY(rowOf(tree, QStringLiteral("Pump"))->toolTip(0).contains(QLatin1String("Ended the bench")));
+        QVERIFY(!rowOf(tree, QStringLiteral("Gauge"))->toolTip(0).contains(QLatin1String("Ended")));
+    }
 }
 
 void TestBenchWindow::layoutOutlivesTheWindow()
