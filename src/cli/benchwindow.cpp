@@ -230,16 +230,12 @@ void BenchWindow::fillFromScenario()
 void BenchWindow::fillFromSession()
 {
     Scenario scenario;
-    switch (BenchSession::read(m_start.session, scenario, m_message)) {
-    case BenchSession::Found::Nothing:
+    if (BenchSession::read(m_start.session, scenario, m_message) != BenchSession::Found::Session) {
         return;
-    case BenchSession::Found::Damaged:
-        return;
-    case BenchSession::Found::Session:
-        m_window->setScenarioPath(scenario.view[QLatin1String("scenario")].toString());
-        if (!fillFrom(scenario) && !m_start.isReload()) {
-            m_message = tr("Of the last session, %1").arg(outcome(m_kept, m_dropped));
-        }
+    }
+    m_window->setScenarioPath(scenario.view[QLatin1String("scenario")].toString());
+    if (!fillFrom(scenario) && !m_start.isReload()) {
+        m_message = tr("Of the last session, %1").arg(outcome(m_kept, m_dropped));
     }
 }
 

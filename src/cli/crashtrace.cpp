@@ -21,8 +21,8 @@ using namespace KORA::DEV;
 namespace {
 
 const int frameCount = 64;
-const int lineCount = 40;              // of each kind that a crash's details show
-const qint64 largestFile = 256 * 1024; // of lines; then it is begun anew
+const int lineCount = 40;          // of each kind that a crash's details show
+const qint64 largestFile = 262144; // of lines; then it is begun anew
 
 int backtraceFile = -1;
 
@@ -32,7 +32,7 @@ extern "C" void onCrash(int number)
     void *frames[frameCount];
     const int count = ::backtrace(frames, frameCount);
     ::backtrace_symbols_fd(frames, count, backtraceFile);
-    ::raise(number); // the default action follows, with its core file
+    (void)::raise(number); // the default action follows, with its core file
 }
 
 void installCrashHandler(const QString &path)
