@@ -184,7 +184,10 @@ void BenchSupervisor::onEnded(WindowProcess *window)
     }
     if (window->isClosing() && !cause.isEmpty()) {
         const BenchCrash crash = CrashTrace::read(window->what().traceFolder, cause);
-        printWarning(QStringLiteral("the window did not end well. %1").arg(crash.summary()));
+        const QString call = crash.calls.isEmpty() ? QStringLiteral("the plugin") : crash.calls.last();
+        printWarning(window->isKilled()
+                         ? QStringLiteral("the window hung in %1 and was killed").arg(call)
+                         : QStringLiteral("the window did not end well. %1").arg(crash.summary()));
         report(QStringLiteral("crashedAtEnd"), crash.toJson());
     }
     if (window == m_current) {

@@ -65,7 +65,10 @@ void WindowProcess::close(int killAfterMs)
 {
     m_isClosing = true;
     send(QStringLiteral("quit"));
-    QTimer::singleShot(killAfterMs, this, [this] { kill(); });
+    QTimer::singleShot(killAfterMs, this, [this] {
+        m_isKilled = true;
+        kill();
+    });
 }
 
 QString WindowProcess::cause() const

@@ -31,6 +31,7 @@ public:
     bool hasOpened() const { return m_hasOpened; } ///< there is a display
     bool isReady() const { return m_isReady; }
     bool isClosing() const { return m_isClosing; } ///< it was asked to, or the user did
+    bool isKilled() const { return m_isKilled; }   ///< it did not close in time
     /// How it ended: "SIGSEGV", "exit status 3"; empty if well.
     QString cause() const;
 
@@ -54,4 +55,5 @@ private:
     bool m_isReady = false;
     bool m_isClosing = false;
     bool m_isSilent = false;
+    bool m_isKilled = false;
 };
