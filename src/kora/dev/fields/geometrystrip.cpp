@@ -49,6 +49,7 @@ GeometryStrip::GeometryStrip(BenchDocument *document, QWidget *parent)
         auto *box = new NumberBox(true);
         m_boxes[side] = box;
         box->setBounds(sides[side].minimum, farthest);
+        box->setEmptyText(QString());
         box->setObjectName(QLatin1String(sides[side].name));
         box->setAccessibleName(tr(sides[side].label));
         box->setToolTip(tr(sides[side].label));
