@@ -44,7 +44,7 @@ QString counted(int count, const char *one, const char *many)
     return QStringLiteral("%1 %2").arg(QString::number(count), QLatin1String(count == 1 ? one : many));
 }
 
-// "14 values kept, 1 dropped: tank1: speedLimit: is gone (was 7)"
+// "14 values kept, 1 dropped: tank1: speedLimit is gone (was 7)"
 QString outcome(int kept, const QStringList &dropped)
 {
     const QString keptText = counted(kept, "value kept", "values kept");
@@ -219,6 +219,7 @@ void BenchWindow::fillFromScenario()
     QStringList problems;
     if (!Scenario::load(m_start.scenario, scenario, problems)) {
         m_message = tr("%1 cannot be read: %2").arg(m_start.scenario, problems.join(QLatin1String("; ")));
+        m_window->placeFirstWidget();
         return;
     }
     m_window->setScenarioPath(m_start.scenario);
@@ -231,6 +232,9 @@ void BenchWindow::fillFromSession()
 {
     Scenario scenario;
     if (BenchSession::read(m_start.session, scenario, m_message) != BenchSession::Found::Session) {
+        if (!m_start.isStopped) {
+            m_window->placeFirstWidget(); // nobody meets an empty window
+        }
         return;
     }
     m_window->setScenarioPath(scenario.view[QLatin1String("scenario")].toString());

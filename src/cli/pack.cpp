@@ -3,7 +3,8 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
-#include <QtCore/QSaveFile>
+
+#include <kora/core/files_p.h>
 
 #include "command.h"
 #include "output.h"
@@ -48,9 +49,8 @@ int runPack(const PackOptions &options)
     if (archive.isEmpty()) {
         return failure(problem);
     }
-    QSaveFile file(out);
-    if (!file.open(QIODevice::WriteOnly) || file.write(archive) != archive.size() || !file.commit()) {
-        return failure(QStringLiteral("%1 cannot be written: %2").arg(out, file.errorString()));
+    if (!KORA::INTERNAL::replaceFile(out, archive, problem)) {
+        return failure(QStringLiteral("%1 cannot be written: %2").arg(out, problem));
     }
     printResult(printable(out) + QLatin1Char('\n'));
     return ExitFine;

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "picturecompare.h"
 
-#include <QtCore/QSaveFile>
+#include <QtCore/QBuffer>
+
+#include <kora/core/files_p.h>
 
 namespace {
 
@@ -43,11 +45,11 @@ PictureDifference differenceOf(const QImage &golden, const QImage &picture)
 
 bool savePicture(const QImage &image, const QString &path, QString &problem)
 {
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.flush()
-        && file.error() == QFileDevice::NoError && file.commit()) {
+    QBuffer png;
+    QString reason = QStringLiteral("it cannot be made a PNG");
+    if (image.save(&png, "PNG") && KORA::INTERNAL::replaceFile(path, png.data(), reason)) {
         return true;
     }
-    problem = QStringLiteral("%1 cannot be written: %2").arg(path, file.errorString());
+    problem = QStringLiteral("%1 cannot be written: %2").arg(path, reason);
     return false;
 }

@@ -4,11 +4,12 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QLocale>
-#include <QtCore/QSaveFile>
 #include <QtCore/QTextCodec>
 #include <QtCore/QXmlStreamWriter>
 #include <QtGui/QFontDatabase>
 #include <QtWidgets/QApplication>
+
+#include <kora/core/files_p.h>
 
 #include <clocale>
 
@@ -72,11 +73,8 @@ void writeRendering(QXmlStreamWriter &xml)
 
 bool writeFontConfiguration(const QString &path, const QString &fontDir, const QString &cacheDir)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        return false;
-    }
-    QXmlStreamWriter xml(&file);
+    QByteArray document;
+    QXmlStreamWriter xml(&document);
     xml.writeStartDocument();
     xml.writeDTD(QStringLiteral("<!DOCTYPE fontconfig SYSTEM \"fonts.dtd\">"));
     xml.writeStartElement(QStringLiteral("fontconfig"));
@@ -84,7 +82,8 @@ bool writeFontConfiguration(const QString &path, const QString &fontDir, const Q
     xml.writeTextElement(QStringLiteral("cachedir"), cacheDir);
     writeRendering(xml);
     xml.writeEndDocument();
-    return !xml.hasError() && file.commit();
+    QString problem; // the caller's own is enough
+    return !xml.hasError() && KORA::INTERNAL::replaceFile(path, document, problem);
 }
 
 QFont pictureFont()

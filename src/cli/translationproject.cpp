@@ -6,9 +6,9 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <QtCore/QSaveFile>
 #include <QtCore/QSet>
 
+#include <kora/core/files_p.h>
 #include <kora/core/pluginutils.h>
 #include <kora/core/widgetlibrarypluginutils.h>
 
@@ -134,12 +134,12 @@ QString findTranslationDir(const QDir &project, const QStringList &languages)
 
 bool save(const QString &path, const QByteArray &content, QString &problem)
 {
-    QSaveFile file(path);
-    if (QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly)
-        && file.write(content) == content.size() && file.commit()) {
+    QString reason;
+    if (QDir().mkpath(QFileInfo(path).path()) && KORA::INTERNAL::replaceFile(path, content, reason)) {
         return true;
     }
-    problem = QStringLiteral("the file cannot be written: %1").arg(file.errorString());
+    problem = reason.isEmpty() ? QStringLiteral("its folder cannot be made")
+                               : QStringLiteral("the file cannot be written: %1").arg(reason);
     return false;
 }
 

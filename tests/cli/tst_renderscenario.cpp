@@ -201,7 +201,7 @@ void tst_RenderScenario::misfitsAreErrors_data()
         QTest::newRow(name) << scenario << reasons;
     };
     row("unknown field", lampWith(R"({"values": {"glow": 3, "level": "high"}})"),
-        {QStringLiteral("lamp1: glow: is gone (was 3)"), QStringLiteral("lamp1: level: ")});
+        {QStringLiteral("lamp1: glow is gone (was 3)"), QStringLiteral("lamp1: level: ")});
     row("unknown tag", lampWith(R"({"bindings": {"input": "isOff"}})"),
         {QStringLiteral("lamp1: input: there is no tag isOff")});
     row("unknown widget", lampWith(R"({"widget": "lantern"})"),

@@ -145,6 +145,13 @@ bool WidgetLibraryPluginTestWidget::openPluginFolder(const QString &folder, Star
     return true;
 }
 
+void WidgetLibraryPluginTestWidget::placeFirstWidget()
+{
+    if (d->document->plugin()) {
+        d->placeFirstWidget();
+    }
+}
+
 bool WidgetLibraryPluginTestWidgetPrivate::load(const QString &pluginFolder)
 {
     console.flush();

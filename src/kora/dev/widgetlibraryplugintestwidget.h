@@ -44,7 +44,9 @@ public:
 
     /// Loads the plugin. False if it cannot be loaded; the window then shows why. Once one is loaded, no other can be.
     bool openPluginFolder(const QString &folder, Start start = Start::FirstWidget);
-    /// The folder of the last call.
+    /// As openPluginFolder() does unless told otherwise; needs a library. No edit.
+    void placeFirstWidget();
+    /// The folder of the last call of openPluginFolder().
     QString pluginFolder() const;
 
     /// Replaces what is on the page. False with a message in the window if the file cannot be read.

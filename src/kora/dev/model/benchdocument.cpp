@@ -658,19 +658,22 @@ int dropUnfit(const WidgetMetaInformation &info, const QString &name, QJsonObjec
         const FieldType type = fieldTypeOf(info, id);
         const QString was =
             QString::fromUtf8(QJsonDocument(QJsonArray{values.value(id)}).toJson(QJsonDocument::Compact));
-        QString problem = type == FieldTypeUndefined ? BenchDocument::tr("is gone") : QString();
+        QString problem;
         const QJsonObject inLanguages =
             areTexts ? values.value(id).toObject() : QJsonObject{{id, values.value(id)}};
         for (const QJsonValue &value : inLanguages) {
             QVariant read;
-            if (problem.isEmpty()) {
-                fieldValueFromJson(type, value, read, problem);
+            if (problem.isEmpty() && !fieldValueFromJson(type, value, read, problem)) {
+                problem = BenchDocument::tr("%1: %2").arg(id, problem);
             }
+        }
+        if (type == FieldTypeUndefined) {
+            problem = BenchDocument::tr("%1 is gone").arg(id);
         }
         if (!problem.isEmpty()) {
             values.remove(id);
             dropped.append(
-                BenchDocument::tr("%1: %2: %3 (was %4)").arg(name, id, problem, was.mid(1, was.size() - 2)));
+                BenchDocument::tr("%1: %2 (was %3)").arg(name, problem, was.mid(1, was.size() - 2)));
         }
     }
     return values.size();
@@ -683,7 +686,7 @@ int dropUnfitBindings(const WidgetMetaInformation &info, const QString &name,
     for (const QString &id : ids) {
         if (fieldTypeOf(info, id) == FieldTypeUndefined) {
             dropped.append(
-                BenchDocument::tr("%1: %2: is gone (followed %3)").arg(name, id, bindings.take(id)));
+                BenchDocument::tr("%1: %2 is gone (followed %3)").arg(name, id, bindings.take(id)));
         }
     }
     return bindings.size();

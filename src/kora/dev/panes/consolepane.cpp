@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <kora/dev/panes/consolepane.h>
 
-#include <QtCore/QSaveFile>
 #include <QtGui/QClipboard>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFileDialog>
@@ -9,6 +8,7 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QVBoxLayout>
 
+#include <kora/core/files_p.h>
 #include <kora/dev/panes/logview.h>
 #include <kora/dev/theme/controls.h>
 #include <kora/dev/theme/icons.h>
@@ -197,13 +197,10 @@ void ConsolePane::save()
     if (path.isEmpty()) {
         return;
     }
-    QSaveFile file(path);
-    const QByteArray text = textOf(false).toUtf8();
-    const bool ok = file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.flush()
-                    && file.error() == QFileDevice::NoError && file.commit();
+    QString reason;
+    const bool ok = INTERNAL::replaceFile(path, textOf(false).toUtf8(), reason);
     m_console->append(ok ? ConsoleLine::Info : ConsoleLine::Error, QString(),
-                      ok ? tr("Saved as %1").arg(path)
-                         : tr("%1 cannot be written: %2").arg(path, file.errorString()));
+                      ok ? tr("Saved as %1").arg(path) : tr("%1 cannot be written: %2").arg(path, reason));
 }
 
 } // namespace DEV

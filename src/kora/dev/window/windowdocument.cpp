@@ -6,6 +6,7 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
+#include <QtCore/QMetaMethod>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QColorDialog>
 #include <QtWidgets/QFileDialog>
@@ -241,7 +242,8 @@ void WidgetLibraryPluginTestWidgetPrivate::choosePlugin()
     if (chosen.isEmpty()) {
         return;
     }
-    if (document->plugin()) {
+    const QMetaMethod takesOver = QMetaMethod::fromSignal(&Window::openRequested);
+    if (document->plugin() || owner->isSignalConnected(takesOver)) {
         Q_EMIT owner->openRequested(chosen);
         return;
     }
