@@ -3,7 +3,7 @@
 
 #include "command.h"
 #include "output.h"
-#include "pictureenvironment.h"
+#include "picture/pictureenvironment.h"
 
 #include <memory>
 #include <string>

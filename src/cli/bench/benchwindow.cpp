@@ -26,8 +26,8 @@
 
 #include "endsignals.h"
 #include "output.h"
-#include "pagesize.h"
-#include "placeholdericon.h"
+#include "picture/pagesize.h"
+#include "picture/placeholdericon.h"
 
 using namespace KORA::DEV;
 

@@ -15,7 +15,7 @@
 #include "benchwindow.h"
 #include "command.h"
 #include "output.h"
-#include "pagesize.h"
+#include "picture/pagesize.h"
 #include "pluginfolder.h"
 
 #include <memory>

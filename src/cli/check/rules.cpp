@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "rules.h"
 
-#include "loadcheckrules.h"
+#include "load/loadcheckrules.h"
 
 #include <algorithm>
 

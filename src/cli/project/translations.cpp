@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <CLI/CLI.hpp>
 
+#include "check/findingoutput.h"
 #include "command.h"
-#include "findingoutput.h"
 #include "output.h"
 #include "translationproject.h"
 

@@ -9,10 +9,10 @@
 #include <QtGui/QPainter>
 #include <QtWidgets/QStyleOptionGraphicsItem>
 
-#include "fieldsettings.h"
 #include "loadchecklog.h"
 #include "loadcheckrun.h"
 #include "loadcheckvalues.h"
+#include "picture/fieldsettings.h"
 
 #include <cmath>
 #include <limits>

@@ -14,7 +14,7 @@
 #include "loadcheckrun.h"
 #include "loadchecks.h"
 #include "output.h"
-#include "pictureenvironment.h"
+#include "picture/pictureenvironment.h"
 
 #include <fcntl.h>
 #include <sys/prctl.h>

@@ -9,12 +9,12 @@
 #include "command.h"
 #include "findingoutput.h"
 #include "librarycheck.h"
-#include "loadcheck.h"
+#include "load/loadcheck.h"
 #include "metadatacheck.h"
 #include "output.h"
-#include "pictureenvironment.h"
-#include "pluginarchive.h"
+#include "picture/pictureenvironment.h"
 #include "pluginfolder.h"
+#include "project/pluginarchive.h"
 #include "rules.h"
 
 #include <algorithm>
