@@ -86,7 +86,9 @@ bool findFolder(const QString &argument, QString &folder, QString &problem, QStr
         return false;
     }
     // A folder with another name is shown with its fault, if there is anything to show.
-    if (!isUuid(QFileInfo(path).fileName()) && PluginFolder(path).libraries().isEmpty()) {
+    const QDir dir(path);
+    const bool holdsPlatforms = dir.exists(QStringLiteral("linux")) || dir.exists(QStringLiteral("win32"));
+    if (!isUuid(dir.dirName()) && !holdsPlatforms) {
         problem = QStringLiteral("%1 is no plugin folder").arg(argument);
         hint = hintFor(path);
         return false;

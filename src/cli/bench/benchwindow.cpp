@@ -28,6 +28,7 @@
 #include "output.h"
 #include "picture/pagesize.h"
 #include "picture/placeholdericon.h"
+#include "staticcheck.h"
 
 using namespace KORA::DEV;
 
@@ -104,6 +105,7 @@ void BenchWindow::open(const BenchStart &start)
     }
     fillPage();
     connectWindow();
+    checkStatically();
     m_window->show();
     tellReload();
     tellCrash();
@@ -113,6 +115,16 @@ void BenchWindow::open(const BenchStart &start)
                        {QStringLiteral("kept"), m_kept},
                        {QStringLiteral("dropped"), QJsonArray::fromStringList(m_dropped)},
                        {QStringLiteral("banners"), QJsonArray::fromStringList(m_window->banners())}});
+    });
+}
+
+/// All that is to be said of the metadata, with the lines in its source.
+void BenchWindow::checkStatically()
+{
+    auto *check = new StaticCheck(m_start.folder, this);
+    connect(check, &StaticCheck::finished, this, [this, check](const Findings &findings) {
+        m_window->addFindings(findings);
+        check->deleteLater();
     });
 }
 
@@ -232,7 +244,7 @@ void BenchWindow::fillFromSession()
 {
     Scenario scenario;
     if (BenchSession::read(m_start.session, scenario, m_message) != BenchSession::Found::Session) {
-        if (!m_start.isStopped) {
+        if (!m_start.isStopped && m_window->document()->widgets().isEmpty()) {
             m_window->placeFirstWidget(); // nobody meets an empty window
         }
         return;

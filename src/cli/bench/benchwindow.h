@@ -35,6 +35,7 @@ public:
 
 private:
     void makeWindow();
+    void checkStatically();
     void connectWindow();
     void followLog();
     bool openPlugin();

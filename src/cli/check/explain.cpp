@@ -41,6 +41,46 @@ void listAll()
                 + QStringLiteral("\nNext: kora explain <rule or code>\n"));
 }
 
+/// A cell of a Markdown table; the texts hold JSON and C++, not Markdown.
+QString cell(const QString &text)
+{
+    QString escaped = text;
+    escaped.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('|'), QLatin1String("\\|"));
+    for (const char character : {'*', '_', '<', '[', '`'}) {
+        escaped.replace(QLatin1Char(character), QLatin1String("\\") + QLatin1Char(character));
+    }
+    return escaped;
+}
+
+QString row(const QStringList &cells)
+{
+    return QStringLiteral("| %1 |\n").arg(cells.join(QLatin1String(" | ")));
+}
+
+/// The page of the documentation.
+void writeMarkdown()
+{
+    QString page =
+        QStringLiteral("# Codes and rules\n\n"
+                       "Written by `kora explain --format markdown` from the tables in the code.\n\n"
+                       "## Codes of the metadata parser\n\n"
+                       "| Code | Text | Usual cause | What to do | Example |\n|---|---|---|---|---|\n");
+    for (const CodeHelp &help : allCodes()) {
+        page += row({QString::number(help.code), cell(WidgetLibraryPluginUtils::errorToString(help.code)),
+                     cell(QString::fromUtf8(help.cause)), cell(QString::fromUtf8(help.remedy)),
+                     cell(QString::fromUtf8(help.example))});
+    }
+    page += QStringLiteral(
+        "\n## Rules of `kora check`\n\n"
+        "| Rule | Severity | Meaning | Usual cause | What is right |\n|---|---|---|---|---|\n");
+    for (const Rule &rule : allRules()) {
+        page += row({QStringLiteral("`%1`").arg(QLatin1String(rule.id)), severityName(rule.severity),
+                     cell(QString::fromUtf8(rule.meaning)), cell(QString::fromUtf8(rule.cause)),
+                     cell(QString::fromUtf8(rule.example))});
+    }
+    printResult(page);
+}
+
 int explain(const QString &name)
 {
     if (const Rule *rule = findRule(name)) {
@@ -71,16 +111,26 @@ int explain(const QString &name)
 
 void addExplainCommand(CLI::App &app, CommandRun &run)
 {
-    auto name = std::make_shared<std::string>();
+    struct Options
+    {
+        std::string name;
+        std::string format = "text";
+    };
+    auto options = std::make_shared<Options>();
     CLI::App *command =
         app.add_subcommand("explain", "Tell what a rule of kora check or a code of the parser means.");
-    command->add_option("rule", *name, "Rule or code; without one all are listed")->option_text(" ");
-    command->callback([name, &run] {
-        run = [name] {
-            if (!name->empty()) {
-                return explain(textOfArgument(*name));
+    CLI::Option *name = command->add_option("rule", options->name, "Rule or code; without one all are listed")
+                            ->option_text(" ");
+    command->add_option("--format", options->format, "text for people (default), or a page with all of them")
+        ->check(CLI::IsMember({"text", "markdown"}))
+        ->option_text("text|markdown")
+        ->excludes(name);
+    command->callback([options, &run] {
+        run = [options] {
+            if (!options->name.empty()) {
+                return explain(textOfArgument(options->name));
             }
-            listAll();
+            options->format == "text" ? listAll() : writeMarkdown();
             return static_cast<int>(ExitFine);
         };
     });

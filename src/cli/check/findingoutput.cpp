@@ -89,6 +89,30 @@ QJsonObject asJson(const Finding &finding)
     };
 }
 
+Finding fromJson(const QJsonObject &object)
+{
+    const auto text = [&object](const char *key) { return object.value(QLatin1String(key)).toString(); };
+    Finding finding;
+    for (const Finding::Severity severity : {Finding::Error, Finding::Warning, Finding::Note}) {
+        if (severityName(severity) == text("severity")) {
+            finding.severity = severity;
+        }
+    }
+    finding.rule = text("rule");
+    finding.code = object.value(QLatin1String("code")).toInt();
+    finding.message = text("message");
+    finding.hint = text("hint");
+    finding.file = text("file");
+    finding.line = object.value(QLatin1String("line")).toInt();
+    finding.column = object.value(QLatin1String("column")).toInt();
+    finding.pointer = text("pointer");
+    finding.widgetId = text("widget");
+    finding.widgetVersion = text("version");
+    finding.fieldId = text("field");
+    finding.value = text("value");
+    return finding;
+}
+
 QString pretty(const QJsonObject &object)
 {
     return QString::fromUtf8(QJsonDocument(object).toJson());
@@ -250,6 +274,17 @@ QString findingsAsJson(const CheckReport &report)
         {QLatin1String("summary"), summary},
         {QLatin1String("problems"), problems},
     });
+}
+
+Findings findingsFromJson(const QByteArray &text)
+{
+    Findings findings;
+    const QJsonArray problems =
+        QJsonDocument::fromJson(text).object().value(QLatin1String("problems")).toArray();
+    for (const QJsonValue &problem : problems) {
+        findings.append(fromJson(problem.toObject()));
+    }
+    return findings;
 }
 
 QString findingsAsSarif(const CheckReport &report)

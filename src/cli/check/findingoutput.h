@@ -26,6 +26,8 @@ struct CheckReport
 QString findingsAsText(const CheckReport &report);
 /// One object; docs/command.md tells its keys.
 QString findingsAsJson(const CheckReport &report);
+/// The findings of such an object, as a program reads them; none if it is another text.
+KORA::DEV::Findings findingsFromJson(const QByteArray &text);
 /// SARIF 2.1.0, which code review tools show in the margin.
 QString findingsAsSarif(const CheckReport &report);
 /// JUnit's XML, which build servers show as tests: one per file or folder.

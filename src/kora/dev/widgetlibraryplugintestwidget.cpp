@@ -171,6 +171,10 @@ bool WidgetLibraryPluginTestWidgetPrivate::load(const QString &pluginFolder)
 void WidgetLibraryPluginTestWidgetPrivate::showLoadFailure(const QString &pluginFolder, int firstConsoleLine)
 {
     Findings findings = diagnosePluginFolder(pluginFolder);
+    if (findings.isEmpty() && console.rowCount() > firstConsoleLine) {
+        findings = diagnoseLoadFailure(libraryPathInFolder(pluginFolder, thisPlatform()),
+                                       console.line(console.rowCount() - 1).text);
+    }
     // What the loader said is the cause if nothing better is known, and stands below it otherwise.
     const Finding::Severity severity = findings.isEmpty() ? Finding::Error : Finding::Note;
     for (int row = qMin(firstConsoleLine, console.rowCount()); row < console.rowCount(); ++row) {
@@ -346,8 +350,31 @@ void WidgetLibraryPluginTestWidget::setFindings(const Findings &findings)
     d->panes.problems()->setFindings(findings);
 }
 
+void WidgetLibraryPluginTestWidget::addFindings(const Findings &findings)
+{
+    Findings all = d->panes.problems()->findings();
+    for (const Finding &added : findings) {
+        const auto known = std::find_if(all.begin(), all.end(), [&added](const Finding &finding) {
+            return finding.rule == added.rule && finding.code == added.code
+                   && (finding.message == added.message || finding.line == 0);
+        });
+        if (known == all.end()) {
+            all.append(added);
+        } else {
+            *known = added;
+        }
+    }
+    std::stable_sort(all.begin(), all.end(),
+                     [](const Finding &a, const Finding &b) { return a.severity < b.severity; });
+    setFindings(all);
+    if (d->centre->currentWidget() == d->card && !d->document->plugin()) {
+        d->card->setFindings(d->failureTitle, all);
+    }
+}
+
 void WidgetLibraryPluginTestWidget::showFailure(const QString &title, const Findings &findings)
 {
+    d->failureTitle = title;
     d->card->setFindings(title, findings);
     d->centre->setCurrentWidget(d->card);
 }

@@ -72,6 +72,9 @@ public:
 
     /// What the Problems pane shows.
     void setFindings(const Findings &findings);
+    /// Adds to them, and to what is shown in place of the page if the library could not be loaded. One that is there
+    /// already without a place gets its place.
+    void addFindings(const Findings &findings);
     /// Shows a failure on the page's place; the window otherwise stays as it is.
     void showFailure(const QString &title, const Findings &findings);
     /// The part of the status bar that tells of watching and reloading.

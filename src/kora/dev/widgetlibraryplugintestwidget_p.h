@@ -116,6 +116,7 @@ public:
     QStackedWidget *centre;
     QPointer<CanvasView> canvas;
     ErrorCard *card;
+    QString failureTitle; // on the card
     PaneSet panes;
     BenchToolBar *toolBar;
     StatusLine *statusLine;
