@@ -4,3 +4,4 @@
 #pragma once
 
 #include <kora/dev/widgetlibraryplugintestwidget.h>
+#include <kora/init.h>
