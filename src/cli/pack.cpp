@@ -49,7 +49,9 @@ int runPack(const PackOptions &options)
         return failure(problem);
     }
     QSaveFile file(out);
-    if (!file.open(QIODevice::WriteOnly) || file.write(archive) != archive.size() || !file.commit()) {
+    // On a full disk commit() alone makes a part of the file and returns true.
+    if (!file.open(QIODevice::WriteOnly) || file.write(archive) != archive.size() || !file.flush()
+        || !file.commit()) {
         return failure(QStringLiteral("%1 cannot be written: %2").arg(out, file.errorString()));
     }
     printResult(printable(out) + QLatin1Char('\n'));

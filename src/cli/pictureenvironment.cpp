@@ -84,7 +84,7 @@ bool writeFontConfiguration(const QString &path, const QString &fontDir, const Q
     xml.writeTextElement(QStringLiteral("cachedir"), cacheDir);
     writeRendering(xml);
     xml.writeEndDocument();
-    return !xml.hasError() && file.commit();
+    return !xml.hasError() && file.flush() && file.commit();
 }
 
 QFont pictureFont()

@@ -201,7 +201,7 @@ bool makeJobs(const WidgetLibraryPluginMetaInformation &plugin, const RenderOpti
 bool save(const QImage &image, const QString &path, QString &problem)
 {
     QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.commit()) {
+    if (file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.flush() && file.commit()) {
         return true;
     }
     problem = QStringLiteral("%1 cannot be written: %2").arg(path, file.errorString());

@@ -135,8 +135,9 @@ QString findTranslationDir(const QDir &project, const QStringList &languages)
 bool save(const QString &path, const QByteArray &content, QString &problem)
 {
     QSaveFile file(path);
+    // On a full disk commit() alone replaces the file by a part of it and returns true.
     if (QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly)
-        && file.write(content) == content.size() && file.commit()) {
+        && file.write(content) == content.size() && file.flush() && file.commit()) {
         return true;
     }
     problem = QStringLiteral("the file cannot be written: %1").arg(file.errorString());

@@ -127,21 +127,22 @@ QByteArray ElfFile::section(const char *name) const
 
 QStringList ElfFile::neededLibraries() const
 {
-    QStringList libraries;
     for (const Section &section : m_sections) {
         if (section.type != sectionDynamic || section.link >= static_cast<quint32>(m_sections.size())) {
             continue;
         }
         const QByteArray names = contentOf(m_sections.at(static_cast<int>(section.link)));
         const quint64 entrySize = choose(8, 16);
+        QStringList libraries;
         for (quint64 at = section.offset; at + entrySize <= section.offset + section.size; at += entrySize) {
             const quint64 name = word(at + entrySize / 2);
             if (word(at) == dynamicNeeded && name < static_cast<quint64>(names.size())) {
                 libraries.append(QString::fromUtf8(names.constData() + name));
             }
         }
+        return libraries; // a good file has one; thousands that overlap would take hours
     }
-    return libraries;
+    return {};
 }
 
 QString ElfFile::machineName(int machine)

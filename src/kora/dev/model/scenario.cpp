@@ -2,6 +2,7 @@
 #include "scenario.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QSaveFile>
@@ -308,7 +309,9 @@ bool Scenario::save(const QString &path, QString &problem) const
 {
     QSaveFile file(path);
     const QByteArray text = QJsonDocument(toJson()).toJson();
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
+    // On a full disk commit() alone replaces the file by a part of it and returns true.
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.flush()
+        || !file.commit()) {
         problem = QStringLiteral("%1 cannot be written: %2").arg(path, file.errorString());
         return false;
     }
@@ -318,6 +321,12 @@ bool Scenario::save(const QString &path, QString &problem) const
 bool Scenario::load(const QString &path, Scenario &scenario, QStringList &problems)
 {
     QFile file(path);
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile()) {
+        // A pipe or a device would block or never end.
+        problems.append(QStringLiteral("%1 cannot be read: it is no regular file").arg(path));
+        return false;
+    }
     if (!file.open(QIODevice::ReadOnly)) {
         problems.append(QStringLiteral("%1 cannot be read: %2").arg(path, file.errorString()));
         return false;
@@ -331,9 +340,10 @@ bool Scenario::load(const QString &path, Scenario &scenario, QStringList &proble
     const QJsonDocument document = QJsonDocument::fromJson(text, &error);
     if (!document.isObject()) {
         const auto line = text.left(error.offset).count('\n') + 1;
-        problems.append(document.isNull()
-                            ? QStringLiteral("%1:%2: %3").arg(path).arg(line).arg(error.errorString())
-                            : QStringLiteral("%1: an object is expected").arg(path));
+        problems.append(
+            document.isNull()
+                ? QStringLiteral("%1:%2: %3").arg(path, QString::number(line), error.errorString())
+                : QStringLiteral("%1: an object is expected").arg(path));
         return false;
     }
     return fromJson(document.object(), scenario, problems);
