@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <kora/loader/studio/resourcefiles_p.h>
 
-#include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
+
+#include <filesystem>
+#include <system_error>
 
 #include <kora/log/logging.h>
 
@@ -35,8 +37,10 @@ bool removeEntry(const QString &dirPath, const QString &name)
     if (!entryExists(entry)) {
         return true;
     }
-    return entry.isDir() && !entry.isSymLink() ? QDir(entry.filePath()).removeRecursively()
-                                               : QFile::remove(entry.filePath());
+    // Not QDir::removeRecursively(): it passes over names that are no text and then fails.
+    std::error_code error;
+    std::filesystem::remove_all(QFile::encodeName(entry.filePath()).toStdString(), error);
+    return !error;
 }
 
 bool writeThrough(QFileDevice &file, const QByteArray &data)
