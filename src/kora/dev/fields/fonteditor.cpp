@@ -33,10 +33,10 @@ public:
     {
         m_font = value.value<QFont>();
         const QString text = tr("%1, %2 pt").arg(m_font.family(), QString::number(m_font.pointSize()));
-        m_sample->showText(value.isValid() ? text : tr("no value"));
         QFont sample = m_font;
         sample.setPointSize(qBound(6, m_font.pointSize(), largestSampleSize));
-        m_sample->setFont(sample);
+        m_sample->setFont(sample); // first: the text is cut to what it takes in this font
+        m_sample->showText(value.isValid() ? text : tr("no value"));
         for (const Button &button : qAsConst(m_buttons)) {
             button.control->setChecked(value.isValid() && fontPart(m_font, button.part).toBool());
         }

@@ -49,11 +49,14 @@ GeometryStrip::GeometryStrip(BenchDocument *document, QWidget *parent)
         auto *box = new NumberBox(true);
         m_boxes[side] = box;
         box->setBounds(sides[side].minimum, farthest);
+        box->setEmptyText(QString());
         box->setObjectName(QLatin1String(sides[side].name));
         box->setAccessibleName(tr(sides[side].label));
         box->setToolTip(tr(sides[side].label));
         box->setFocusPolicy(Qt::StrongFocus);
         box->installEventFilter(this);
+        // Room for four digits and the arrows: the pane may be narrow.
+        box->setMinimumWidth(box->fontMetrics().horizontalAdvance(QStringLiteral("00000")) + 26);
         auto *letter = new QLabel(tr(sides[side].letter));
         letter->setBuddy(box);
         layout->addWidget(letter);

@@ -17,8 +17,13 @@ NumberBox::NumberBox(bool isWhole, QWidget *parent)
     , m_isWhole(isWhole)
 {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed); // may be narrower than its hint
-    lineEdit()->setPlaceholderText(tr("no value"));
+    setEmptyText(tr("no value"));
     connect(lineEdit(), &QLineEdit::textEdited, this, &NumberBox::onTextEdited);
+}
+
+void NumberBox::setEmptyText(const QString &text)
+{
+    lineEdit()->setPlaceholderText(text);
 }
 
 void NumberBox::setBounds(const QVariant &minimum, const QVariant &maximum)

@@ -21,6 +21,8 @@ public:
     /// Arrow keys and buttons stay inside; invalid for none.
     void setBounds(const QVariant &minimum, const QVariant &maximum);
     void setNumber(const QVariant &number);
+    /// Stands in the box while there is no number; "no value" unless set.
+    void setEmptyText(const QString &text);
 
     /// With every digit that it takes to be read back as the same number.
     static QString numberText(const QVariant &number);

@@ -56,21 +56,18 @@ QJsonObject toJson(const ActivityEntry &entry)
 
 ActivityFilter::ActivityFilter(ActivityLog *log, QObject *parent)
     : QSortFilterProxyModel(parent)
-    , m_log(log)
 {
     setSourceModel(log);
 }
 
 void ActivityFilter::setKindShown(ActivityEntry::Kind kind, bool isShown)
 {
-    m_log->entries(); // what waits becomes rows before rows are chosen
     m_isShown[static_cast<size_t>(kind)] = isShown;
     invalidateFilter();
 }
 
 void ActivityFilter::setText(const QString &text)
 {
-    m_log->entries();
     m_text = text;
     invalidateFilter();
 }
@@ -82,7 +79,7 @@ QVariant ActivityFilter::data(const QModelIndex &index, int role) const
         return BenchTheme::mutedColor();
     }
     if (role == Qt::DecorationRole && index.column() == ActivityLog::WhatColumn) {
-        return benchIcon(kinds[m_log->entries().at(mapToSource(index).row()).kind].icon);
+        return benchIcon(kinds[index.data(ActivityLog::KindRole).toInt()].icon);
     }
     if (role == Qt::ToolTipRole) {
         return index.data(Qt::DisplayRole);
@@ -92,11 +89,14 @@ QVariant ActivityFilter::data(const QModelIndex &index, int role) const
 
 bool ActivityFilter::filterAcceptsRow(int row, const QModelIndex &) const
 {
-    const ActivityEntry &entry = m_log->entries().at(row);
-    return m_isShown[static_cast<size_t>(entry.kind)]
-           && (entry.what.contains(m_text, Qt::CaseInsensitive)
-               || entry.instance.contains(m_text, Qt::CaseInsensitive)
-               || entry.arguments.contains(m_text, Qt::CaseInsensitive));
+    const QAbstractItemModel *log = sourceModel();
+    const auto holds = [this, log, row](int column) {
+        return log->index(row, column).data().toString().contains(m_text, Qt::CaseInsensitive);
+    };
+    const int kind = log->index(row, 0).data(ActivityLog::KindRole).toInt();
+    return m_isShown[static_cast<size_t>(kind)]
+           && (m_text.isEmpty() || holds(ActivityLog::WhatColumn) || holds(ActivityLog::InstanceColumn)
+               || holds(ActivityLog::ArgumentsColumn));
 }
 
 ActivityPane::ActivityPane(ActivityLog *log, QWidget *parent)
@@ -110,10 +110,10 @@ ActivityPane::ActivityPane(ActivityLog *log, QWidget *parent)
     m_view->setModel(&m_filter);
     m_view->setObjectName(QStringLiteral("activityEntries"));
     m_view->setAccessibleName(tr("Activity"));
-    const int widths[] = {100, 120, 190, 260, 180};
-    for (int column = 0; column < ActivityLog::DurationColumn; ++column) {
-        m_view->header()->resizeSection(column, widths[column]);
-    }
+    m_view->setColumnTexts({QStringLiteral("00:00:00.000"), QStringLiteral("value_display12"),
+                            QStringLiteral("iii fieldIsChangedEvent"),
+                            QStringLiteral("an argument, and another one"),
+                            QStringLiteral("a longer result")});
     QHBoxLayout *bar = paneBar();
     addKindButtons(bar);
     bar->addSpacing(6);

@@ -35,7 +35,6 @@ protected:
     bool filterAcceptsRow(int row, const QModelIndex &parent) const override;
 
 private:
-    ActivityLog *m_log;
     std::array<bool, kindCount> m_isShown{true, true, true, true};
     QString m_text;
 };

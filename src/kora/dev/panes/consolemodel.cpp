@@ -166,7 +166,7 @@ QVariant ConsoleModel::data(const QModelIndex &index, int role) const
                    : QVariant(BenchTheme::mutedColor());
     }
     if (role == Qt::ToolTipRole) {
-        return index.column() == TextColumn ? line.text : QString();
+        return index.column() == TextColumn ? line.text : line.source;
     }
     if (role == Qt::DecorationRole && index.column() == LevelColumn) {
         return benchIcon(levelNames[line.level]);
@@ -180,7 +180,7 @@ QVariant ConsoleModel::data(const QModelIndex &index, int role) const
     case LevelColumn:
         return QLatin1String(levelNames[line.level]);
     case SourceColumn:
-        return line.source;
+        return m_sourceNames.value(line.source, line.source);
     default:
         return firstLine(line.text);
     }

@@ -3,6 +3,7 @@
 
 #include <QtCore/QAbstractTableModel>
 #include <QtCore/QDateTime>
+#include <QtCore/QMap>
 #include <QtCore/QMutex>
 #include <QtCore/QSortFilterProxyModel>
 #include <QtCore/QTimer>
@@ -45,6 +46,8 @@ public:
     /// Makes rows of what has come until now.
     void flush();
     void clear();
+    /// How the lines of a source are called in the list; plugins log under their id.
+    void setSourceName(const QString &source, const QString &name) { m_sourceNames.insert(source, name); }
 
     const ConsoleLine &line(int row) const { return m_lines[static_cast<size_t>(row)]; }
     /// Lines of the level that are held.
@@ -68,6 +71,7 @@ private:
 
     std::deque<ConsoleLine> m_lines;
     std::array<int, ConsoleLine::LevelCount> m_counts{};
+    QMap<QString, QString> m_sourceNames;
     QTimer m_flushTimer;
 
     QMutex m_mutex; // guards what waits

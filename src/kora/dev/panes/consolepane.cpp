@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <kora/dev/panes/consolepane.h>
 
-#include <QtCore/QSaveFile>
 #include <QtGui/QClipboard>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFileDialog>
@@ -9,6 +8,7 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QVBoxLayout>
 
+#include <kora/core/files_p.h>
 #include <kora/dev/panes/logview.h>
 #include <kora/dev/theme/controls.h>
 #include <kora/dev/theme/icons.h>
@@ -61,9 +61,8 @@ ConsolePane::ConsolePane(ConsoleModel *console, QWidget *parent)
     m_view->setModel(&m_filter);
     m_view->setObjectName(QStringLiteral("consoleLines"));
     m_view->setAccessibleName(tr("Console"));
-    m_view->header()->resizeSection(ConsoleModel::TimeColumn, 100);
-    m_view->header()->resizeSection(ConsoleModel::LevelColumn, 90);
-    m_view->header()->resizeSection(ConsoleModel::SourceColumn, 150);
+    m_view->setColumnTexts(
+        {QStringLiteral("00:00:00.000"), QStringLiteral("iii warning"), tr("A library's name")});
     m_problem->setObjectName(QStringLiteral("consoleFilterProblem"));
     m_problem->hide();
     QHBoxLayout *bar = paneBar();
@@ -83,7 +82,7 @@ ConsolePane::ConsolePane(ConsoleModel *console, QWidget *parent)
     // A double click on a source shows its lines alone.
     connect(m_view, &QTreeView::doubleClicked, this, [this](const QModelIndex &index) {
         if (index.column() == ConsoleModel::SourceColumn) {
-            m_filterEdit->setText(index.data().toString());
+            m_filterEdit->setText(index.data(Qt::ToolTipRole).toString());
         }
     });
     updateCounts();
@@ -198,13 +197,10 @@ void ConsolePane::save()
     if (path.isEmpty()) {
         return;
     }
-    QSaveFile file(path);
-    const QByteArray text = textOf(false).toUtf8();
-    const bool ok = file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.flush()
-                    && file.error() == QFileDevice::NoError && file.commit();
+    QString reason;
+    const bool ok = INTERNAL::replaceFile(path, textOf(false).toUtf8(), reason);
     m_console->append(ok ? ConsoleLine::Info : ConsoleLine::Error, QString(),
-                      ok ? tr("Saved as %1").arg(path)
-                         : tr("%1 cannot be written: %2").arg(path, file.errorString()));
+                      ok ? tr("Saved as %1").arg(path) : tr("%1 cannot be written: %2").arg(path, reason));
 }
 
 } // namespace DEV

@@ -104,6 +104,7 @@ InstancesPane::InstancesPane(BenchDocument *document, QWidget *parent)
     for (PlacedWidget *widget : document->widgets()) {
         watch(widget);
     }
+    updateSelection();
 }
 
 void InstancesPane::addCommands(QLayout *bar)
@@ -117,6 +118,7 @@ void InstancesPane::addCommands(QLayout *bar)
             }
         });
         bar->addWidget(button);
+        m_commands.append(button);
     };
     command("play", "instanceRun", tr("Start or stop"), QStringLiteral("Ctrl+Return"),
             [this](PlacedWidget *each) { m_document->setRunning(each, !each->isRunning()); });
@@ -201,7 +203,7 @@ void InstancesPane::updateRow(QTreeWidgetItem *row, const PlacedWidget &widget)
     const bool wasUpdating = std::exchange(m_isUpdating, true);
     const bool hasProblem = !widget.problem().rule.isEmpty();
     row->setText(NameColumn, widget.name());
-    row->setIcon(NameColumn, hasProblem ? benchIcon("error") : QIcon());
+    row->setIcon(NameColumn, benchIcon(hasProblem ? "error" : "widgets"));
     row->setForeground(NameColumn,
                        hasProblem ? QBrush(BenchTheme::errorColor()) : palette().brush(QPalette::Text));
     row->setToolTip(NameColumn, QStringLiteral("%1 %2\n%3")
@@ -223,6 +225,9 @@ void InstancesPane::updateRow(QTreeWidgetItem *row, const PlacedWidget &widget)
 
 void InstancesPane::updateSelection()
 {
+    for (QToolButton *button : qAsConst(m_commands)) {
+        button->setEnabled(current() != nullptr);
+    }
     const bool wasUpdating = std::exchange(m_isUpdating, true);
     for (int i = 0; i < m_tree->topLevelItemCount(); ++i) {
         QTreeWidgetItem *row = m_tree->topLevelItem(i);

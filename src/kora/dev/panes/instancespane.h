@@ -2,10 +2,12 @@
 #pragma once
 
 #include <QtCore/QTimer>
+#include <QtCore/QVector>
 #include <QtWidgets/QWidget>
 
 #include <kora/export.h>
 
+class QToolButton;
 class QTreeWidget;
 class QTreeWidgetItem;
 
@@ -48,6 +50,7 @@ private:
 
     BenchDocument *m_document;
     QTreeWidget *m_tree;
+    QVector<QToolButton *> m_commands; // of the selected widget
     QTimer m_updateTimer;
     bool m_isUpdating = false;
 };

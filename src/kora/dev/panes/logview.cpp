@@ -44,6 +44,14 @@ void LogView::setModel(QAbstractItemModel *model)
     connect(model, &QAbstractItemModel::modelReset, this, &LogView::follow);
 }
 
+void LogView::setColumnTexts(const QStringList &texts)
+{
+    const int margin = 16;
+    for (int column = 0; column < texts.size(); ++column) {
+        header()->resizeSection(column, fontMetrics().horizontalAdvance(texts.at(column)) + margin);
+    }
+}
+
 void LogView::follow()
 {
     setFollowing(true);

@@ -19,6 +19,8 @@ public:
     explicit LogView(QWidget *parent = nullptr);
 
     void setModel(QAbstractItemModel *model) override;
+    /// Makes the first columns wide enough for such texts, in the present font.
+    void setColumnTexts(const QStringList &texts);
 
     bool isFollowing() const { return m_isFollowing; }
     void follow();

@@ -12,6 +12,7 @@
 #include <QtWidgets/QTreeWidget>
 #include <QtWidgets/QVBoxLayout>
 
+#include <kora/dev/canvas/findingtext.h>
 #include <kora/dev/theme/controls.h>
 #include <kora/dev/theme/icons.h>
 #include <kora/dev/theme/theme.h>
@@ -59,7 +60,7 @@ QColor colorOf(Finding::Severity severity)
     }
 }
 
-QString placeOf(const Finding &finding)
+QString shortPlaceOf(const Finding &finding)
 {
     if (finding.file.isEmpty()) {
         return finding.pointer;
@@ -137,7 +138,8 @@ void ProblemsPane::setFindings(const Findings &findings)
 void ProblemsPane::addRow(int index)
 {
     const Finding &finding = m_findings.at(index);
-    auto *row = new QTreeWidgetItem(m_tree, {finding.message, finding.rule, placeOf(finding)});
+    auto *row =
+        new QTreeWidgetItem(m_tree, {asSentence(finding.message), finding.rule, shortPlaceOf(finding)});
     row->setIcon(MessageColumn, benchIcon(iconOf(finding.severity)));
     row->setForeground(MessageColumn, colorOf(finding.severity));
     row->setForeground(RuleColumn, BenchTheme::mutedColor());
@@ -160,11 +162,12 @@ void ProblemsPane::showDetail()
         m_detail->setText(m_findings.isEmpty() ? tr("No problems found.") : QString());
         return;
     }
-    QString text = finding->message.toHtmlEscaped();
+    QString text = asSentence(finding->message).toHtmlEscaped();
     if (!finding->hint.isEmpty()) {
         text += QStringLiteral("<br><b>%1</b> %2")
-                    .arg(tr("What to do:"),
-                         finding->hint.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")));
+                    .arg(tr("What to do:"), asSentence(finding->hint)
+                                                .toHtmlEscaped()
+                                                .replace(QLatin1Char('\n'), QLatin1String("<br>")));
     }
     m_detail->setText(text);
 }

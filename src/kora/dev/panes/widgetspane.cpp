@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <kora/dev/panes/widgetspane.h>
 
+#include <QtCore/QDateTime>
+#include <QtCore/QFileInfo>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtCore/QMimeData>
@@ -64,6 +66,11 @@ protected:
         return data;
     }
 };
+
+QString nameOf(const Key &key)
+{
+    return key.first + QLatin1Char(' ') + key.second;
+}
 
 bool filterRow(QTreeWidgetItem *row, const QString &text)
 {
@@ -195,10 +202,12 @@ QString WidgetsPane::problemOf(const WidgetMetaInformation &info) const
 {
     KORA::WidgetLibraryPlugin *plugin = m_document->plugin()->instance();
     const Key key(info.id(), info.version().version());
-    if (plugin && WidgetLibraryPluginPrivateAccessor::priv(plugin)->widgetRegistry.contains(key)) {
-        return {};
+    if (!plugin || !WidgetLibraryPluginPrivateAccessor::priv(plugin)->widgetRegistry.contains(key)) {
+        return tr("Declared, but the plugin's code does not register it in this version");
     }
-    return tr("Declared, but the plugin's code does not register it in this version");
+    return m_refused.contains(nameOf(key)) ? tr("Ended the bench when it was made for its icon; not made "
+                                                "again until the library is built anew")
+                                           : QString();
 }
 
 void WidgetsPane::applyFilter(const QString &text)
@@ -221,26 +230,65 @@ void WidgetsPane::place(QTreeWidgetItem *row)
     }
 }
 
+WidgetsPane::~WidgetsPane()
+{
+    if (m_iconTimer.isActive()) {
+        BenchSettings().remove(settingsKey("asked"));
+    }
+}
+
+QString WidgetsPane::settingsKey(const char *name) const
+{
+    return QStringLiteral("icons/%1/%2")
+        .arg(m_document->plugin()->metaInformation()->id(), QLatin1String(name));
+}
+
+void WidgetsPane::readRefused()
+{
+    BenchSettings settings;
+    const QString built =
+        QFileInfo(m_document->plugin()->libraryPath()).lastModified().toString(Qt::ISODateWithMs);
+    if (settings.value(settingsKey("built")).toString() == built) {
+        m_refused = settings.value(settingsKey("refused")).toStringList();
+        // The process that asked did not come back.
+        const QString asked = settings.value(settingsKey("asked")).toString();
+        if (!asked.isEmpty()) {
+            m_refused.append(asked);
+        }
+    }
+    settings.setValue(settingsKey("built"), built);
+    settings.setValue(settingsKey("refused"), m_refused);
+    settings.remove(settingsKey("asked"));
+}
+
 void WidgetsPane::loadIcons()
 {
     if (!m_document->plugin()) {
         return;
     }
+    readRefused();
+    rebuild();
     m_iconless = m_document->plugin()->metaInformation()->widgets().keys().toVector();
     m_iconTimer.start(0);
 }
 
 void WidgetsPane::loadNextIcon()
 {
+    BenchSettings settings;
     if (m_iconless.isEmpty()) {
+        settings.remove(settingsKey("asked"));
         rebuild();
         return;
     }
     const Key key = m_iconless.takeLast();
     const WidgetMetaInformation info = m_document->plugin()->metaInformation()->widgets().value(key);
-    const QIcon icon = problemOf(info).isEmpty() ? iconOf(info) : QIcon();
-    if (!icon.isNull()) {
-        m_icons.insert(key, icon);
+    if (problemOf(info).isEmpty()) {
+        settings.setValue(settingsKey("asked"), nameOf(key));
+        settings.sync();
+        const QIcon icon = iconOf(info);
+        if (!icon.isNull()) {
+            m_icons.insert(key, icon);
+        }
     }
     m_iconTimer.start(0);
 }

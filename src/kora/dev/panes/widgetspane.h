@@ -36,7 +36,10 @@ public:
     /// @p document is not owned and outlives the pane.
     explicit WidgetsPane(BenchDocument *document, QWidget *parent = nullptr);
 
-    /// Asks the widgets for their icons, one by one while the window is idle; makes an instance of each.
+    ~WidgetsPane() override;
+
+    /// Asks the widgets for their icons, one by one while the window is idle; makes an instance of each. A widget that
+    /// ended the bench when it was asked is not asked again until the library is another.
     void loadIcons();
 
 Q_SIGNALS:
@@ -49,6 +52,8 @@ private:
     QString groupOf(const INTERNAL::WidgetMetaInformation &info) const;
     QString problemOf(const INTERNAL::WidgetMetaInformation &info) const;
     void applyFilter(const QString &text);
+    void readRefused();
+    QString settingsKey(const char *name) const;
     void loadNextIcon();
     QIcon iconOf(const INTERNAL::WidgetMetaInformation &info) const;
     void place(QTreeWidgetItem *row);
@@ -58,6 +63,7 @@ private:
     QTreeWidget *m_tree;
     QVector<QPair<QString, QString>> m_iconless; // id and version; the next one last
     QMap<QPair<QString, QString>, QIcon> m_icons;
+    QStringList m_refused; // "id version" of those that are not asked
     QTimer m_iconTimer;
 };
 

@@ -21,6 +21,7 @@ struct Colors
     const char *disabled;
     const char *button;
     const char *border;
+    const char *scroll; // handles of scroll bars
     const char *accent;
     const char *link;
     const char *error;
@@ -29,9 +30,9 @@ struct Colors
 };
 
 const Colors lightColors = {"#f3f4f6", "#ffffff", "#f8f9fb", "#1b2430", "#5c6675", "#9aa3af", "#fcfcfd",
-                            "#d3d8df", "#1f66d1", "#1a5bbd", "#b42318", "#8f5600", "#166b3a"};
-const Colors darkColors = {"#20242b", "#171a20", "#1c2027", "#e3e7ed", "#98a2b1", "#646e7c", "#2a2f38",
-                           "#3a414d", "#3d7fe0", "#7db0ff", "#ff8a80", "#f5bd4f", "#6fd394"};
+                            "#d3d8df", "#b4bbc6", "#1f66d1", "#1a5bbd", "#b42318", "#8f5600", "#166b3a"};
+const Colors darkColors = {"#1d2026", "#272b33", "#2b3039", "#e3e7ed", "#98a2b1", "#646e7c", "#323843",
+                           "#3a414d", "#4b5462", "#3d7fe0", "#7db0ff", "#ff8a80", "#f5bd4f", "#6fd394"};
 
 QColor color(const char *name)
 {
@@ -51,11 +52,11 @@ QPalette paletteOf(const Colors &colors)
     palette.setColor(QPalette::PlaceholderText, color(colors.muted));
     palette.setColor(QPalette::Link, color(colors.link));
     palette.setColor(QPalette::LinkVisited, color(colors.link));
-    palette.setColor(QPalette::Dark, color(colors.border).darker(115));
+    palette.setColor(QPalette::Dark, color(colors.scroll));
     palette.setColor(QPalette::Mid, color(colors.border));
     palette.setColor(QPalette::Midlight, color(colors.border).lighter(108));
     palette.setColor(QPalette::Light, color(colors.button));
-    palette.setColor(QPalette::Shadow, color(colors.border).darker(160));
+    palette.setColor(QPalette::Shadow, color(colors.muted));
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         palette.setColor(QPalette::Disabled, role, color(colors.disabled));
     }
@@ -92,13 +93,24 @@ QToolButton:hover { background: palette(button); border-color: palette(mid); }
 QToolButton:checked { background: palette(midlight); border-color: palette(highlight); }
 QToolButton:pressed { background: palette(mid); }
 QToolButton:focus { border-color: palette(highlight); }
-QDockWidget { font-weight: 600; }
-QDockWidget::title { padding: 6px 8px; background: palette(window); text-align: left; }
+#qt_toolbar_ext_button { padding: 0; }
+#commandPalette { border: 1px solid palette(highlight); }
+QScrollBar { background: transparent; border: none; }
+QScrollBar:vertical { width: 11px; }
+QScrollBar:horizontal { height: 11px; }
+QScrollBar::handle { background: palette(dark); border-radius: 4px; margin: 2px; }
+QScrollBar::handle:vertical { min-height: 28px; }
+QScrollBar::handle:horizontal { min-width: 28px; }
+QScrollBar::handle:hover { background: palette(shadow); }
+QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
+QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
+QAbstractScrollArea::corner { background: transparent; border: none; }
 QStatusBar { border-top: 1px solid palette(mid); background: palette(window); }
 QStatusBar::item { border: none; }
 QTabBar::tab { padding: 5px 10px; border: none; border-bottom: 2px solid transparent;
                background: transparent; }
-QTabBar::tab:selected { border-bottom-color: palette(highlight); font-weight: 600; }
+QTabBar::tab:selected { border-bottom-color: palette(highlight); }
+QTabBar::tab:!selected { color: palette(placeholder-text); }
 QTabBar::tab:hover:!selected { border-bottom-color: palette(mid); }
 QHeaderView::section { padding: 4px 6px; border: none; border-bottom: 1px solid palette(mid);
                        border-right: 1px solid palette(mid); background: palette(window); }
@@ -135,6 +147,7 @@ void apply(Theme theme, QWidget *window)
     if (QApplication::style()->objectName() != QLatin1String("fusion")) {
         QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     }
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     const QPalette palette = paletteOf(dark ? darkColors : lightColors);
     QApplication::setPalette(palette);
     QToolTip::setPalette(palette);

@@ -5,21 +5,11 @@
 #include <QtCore/QVector>
 #include <QtWidgets/QFrame>
 
-#include <functional>
-
+#include <kora/dev/window/banner.h>
 #include <kora/export.h>
 
 namespace KORA {
 namespace DEV {
-
-enum class BannerKind : int { Info, Success, Warning, Error };
-
-/// A button of a banner.
-struct BannerAction
-{
-    QString text;
-    std::function<void()> run; ///< the banner closes before
-};
 
 /// The messages above the page that are there until they are read.
 class KORA_EXPORT BannerStrip : public QWidget

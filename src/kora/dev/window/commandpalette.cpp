@@ -3,13 +3,15 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtGui/QKeyEvent>
+#include <QtWidgets/QHeaderView>
 #include <QtWidgets/QLineEdit>
-#include <QtWidgets/QListWidget>
+#include <QtWidgets/QTreeWidget>
 #include <QtWidgets/QVBoxLayout>
 
 #include <algorithm>
 
 #include <kora/dev/theme/controls.h>
+#include <kora/dev/theme/theme.h>
 
 namespace KORA {
 namespace DEV {
@@ -17,6 +19,7 @@ namespace DEV {
 namespace {
 
 const int wholeScore = 1000;
+const int iconSide = 16;
 
 struct Match
 {
@@ -30,7 +33,7 @@ CommandPalette::CommandPalette(const QVector<PaletteEntry> &entries, QWidget *pa
     : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint)
     , m_entries(entries)
     , m_edit(filterEdit(this, {QStringLiteral("paletteFilter"), tr("Action, widget or field"), {}, {}}))
-    , m_list(new QListWidget(this))
+    , m_list(new QTreeWidget(this))
 {
     setObjectName(QStringLiteral("commandPalette"));
     setWindowTitle(tr("Command palette"));
@@ -38,7 +41,13 @@ CommandPalette::CommandPalette(const QVector<PaletteEntry> &entries, QWidget *pa
     resize(560, 380);
     m_list->setObjectName(QStringLiteral("paletteList"));
     m_list->setAccessibleName(tr("Found actions"));
-    m_list->setUniformItemSizes(true);
+    m_list->setColumnCount(2);
+    m_list->setHeaderHidden(true);
+    m_list->setRootIsDecorated(false);
+    m_list->setUniformRowHeights(true);
+    m_list->header()->setStretchLastSection(false);
+    m_list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    m_list->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(10, 10, 10, 10);
     layout->addWidget(m_edit);
@@ -46,7 +55,7 @@ CommandPalette::CommandPalette(const QVector<PaletteEntry> &entries, QWidget *pa
     m_edit->installEventFilter(this);
     connect(m_edit, &QLineEdit::textChanged, this, &CommandPalette::update);
     connect(m_edit, &QLineEdit::returnPressed, this, &CommandPalette::runCurrent);
-    connect(m_list, &QListWidget::itemActivated, this, &CommandPalette::runCurrent);
+    connect(m_list, &QTreeWidget::itemActivated, this, &CommandPalette::runCurrent);
     update(QString());
 }
 
@@ -78,15 +87,17 @@ void CommandPalette::update(const QString &typed)
     std::stable_sort(matches.begin(), matches.end(),
                      [](const Match &a, const Match &b) { return a.score > b.score; });
     m_list->clear();
+    QPixmap nothing(iconSide, iconSide); // keeps the texts in line
+    nothing.fill(Qt::transparent);
+    const QIcon noIcon(nothing);
     for (const Match &each : qAsConst(matches)) {
         const PaletteEntry &entry = m_entries.at(each.entry);
-        auto *row = new QListWidgetItem(
-            entry.icon,
-            entry.note.isEmpty() ? entry.text : QStringLiteral("%1    %2").arg(entry.text, entry.note),
-            m_list);
-        row->setData(Qt::UserRole, each.entry);
+        auto *row = new QTreeWidgetItem(m_list, {entry.text, entry.note});
+        row->setIcon(0, entry.icon.isNull() ? noIcon : entry.icon);
+        row->setForeground(1, BenchTheme::mutedColor());
+        row->setData(0, Qt::UserRole, each.entry);
     }
-    m_list->setCurrentRow(0);
+    m_list->setCurrentItem(m_list->topLevelItem(0));
 }
 
 bool CommandPalette::eventFilter(QObject *watched, QEvent *event)
@@ -103,11 +114,11 @@ bool CommandPalette::eventFilter(QObject *watched, QEvent *event)
 
 void CommandPalette::runCurrent()
 {
-    const QListWidgetItem *row = m_list->currentItem();
+    const QTreeWidgetItem *row = m_list->currentItem();
     if (!row) {
         return;
     }
-    const std::function<void()> run = m_entries.at(row->data(Qt::UserRole).toInt()).run;
+    const std::function<void()> run = m_entries.at(row->data(0, Qt::UserRole).toInt()).run;
     close();
     run();
 }

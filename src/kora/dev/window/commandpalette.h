@@ -10,7 +10,7 @@
 #include <kora/export.h>
 
 class QLineEdit;
-class QListWidget;
+class QTreeWidget;
 
 namespace KORA {
 namespace DEV {
@@ -45,7 +45,7 @@ private:
 
     QVector<PaletteEntry> m_entries;
     QLineEdit *m_edit;
-    QListWidget *m_list;
+    QTreeWidget *m_list;
 };
 
 } // namespace DEV

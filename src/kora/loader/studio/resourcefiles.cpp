@@ -43,10 +43,5 @@ bool removeEntry(const QString &dirPath, const QString &name)
     return !error;
 }
 
-bool writeThrough(QFileDevice &file, const QByteArray &data)
-{
-    return file.write(data) == data.size() && file.flush() && file.error() == QFileDevice::NoError;
-}
-
 } // namespace INTERNAL
 } // namespace KORA
