@@ -37,8 +37,12 @@ QByteArray goodFile()
     QByteArray dynamic(32, '\0');
     put<quint64>(dynamic, 0, 1);
     put<quint64>(dynamic, 8, 24);
-    const QVector<Section> sections{
-        {0, 0, 0, {}}, {1, 3, 0, names}, {11, 1, 0, "QTMETADATA !"}, {23, 6, 1, dynamic}};
+    // The second section of its kind counts for nothing: thousands of them that overlap would take hours.
+    const QVector<Section> sections{{0, 0, 0, {}},
+                                    {1, 3, 0, names},
+                                    {11, 1, 0, "QTMETADATA !"},
+                                    {23, 6, 1, dynamic},
+                                    {23, 6, 1, dynamic}};
     QByteArray file("\x7f"
                     "ELF\2\1\1",
                     7);

@@ -14,6 +14,8 @@
 #include <kora/dev/providers/providers.h>
 #include <kora/dev/providers/tagtable.h>
 
+#include <sys/stat.h>
+
 #include <limits>
 
 using namespace KORA;
@@ -317,6 +319,12 @@ void TestBenchDocument::scenarioFaultsAreAllNamed()
     QVERIFY(!Scenario::load(file.fileName(), scenario, problems));
     QVERIFY2(problems.value(0).startsWith(file.fileName() + QStringLiteral(":2: ")),
              qPrintable(problems.value(0)));
+
+    const QString pipe = dir.filePath(QStringLiteral("pipe"));
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    problems.clear();
+    QVERIFY(!Scenario::load(pipe, scenario, problems)); // and does not wait for a writer
+    QCOMPARE(problems, QStringList(pipe + QStringLiteral(" cannot be read: it is no regular file")));
 }
 
 void TestBenchDocument::unfitValuesAreDroppedAndNamed()
