@@ -54,7 +54,8 @@ double numberOf(const QVariant &value)
 {
     bool ok = false;
     const double number = value.toDouble(&ok);
-    return ok && !std::isnan(number) ? number : 0;
+    // A text beyond the range of a double saturates, though Qt does not call it converted.
+    return (ok || std::isinf(number)) && !std::isnan(number) ? number : 0;
 }
 
 // The three elements of a JSON array are value, minimum and maximum; strings and null too.
