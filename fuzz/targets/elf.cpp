@@ -37,7 +37,7 @@ QByteArray goodFile()
     QByteArray dynamic(32, '\0');
     put<quint64>(dynamic, 0, 1);
     put<quint64>(dynamic, 8, 24);
-    // The second section of its kind counts for nothing: thousands of them that overlap would take hours.
+    // The second section of its kind counts for nothing: many that overlap would make millions of names.
     const QVector<Section> sections{{0, 0, 0, {}},
                                     {1, 3, 0, names},
                                     {11, 1, 0, "QTMETADATA !"},

@@ -140,7 +140,7 @@ QStringList ElfFile::neededLibraries() const
                 libraries.append(QString::fromUtf8(names.constData() + name));
             }
         }
-        return libraries; // a good file has one section of them; thousands that overlap would take hours
+        return libraries; // one section in a good file; time and names of many that overlap grow with the square
     }
     return {};
 }
