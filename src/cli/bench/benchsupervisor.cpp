@@ -155,7 +155,7 @@ void BenchSupervisor::onReady(WindowProcess *window, QJsonObject message)
     if (window == m_next) {
         m_next = nullptr;
         if (m_current) {
-            m_current->close(closeMs);
+            m_current->askToClose(closeMs);
         }
         m_current = window;
     }
@@ -202,7 +202,7 @@ void BenchSupervisor::onCurrentEnded(WindowProcess *window)
 {
     if (window->isClosing() || m_isEnding) {
         if (m_next) {
-            m_next->close(closeMs);
+            m_next->askToClose(closeMs);
         }
         finish(m_exitCode);
         return;
@@ -283,7 +283,7 @@ void BenchSupervisor::startReload()
 void BenchSupervisor::onNextEnded(WindowProcess *window, const QString &cause)
 {
     m_next = nullptr;
-    window->close(closeMs);
+    window->askToClose(closeMs);
     refuseReload(cause, QString());
 }
 
@@ -328,7 +328,7 @@ void BenchSupervisor::endAll()
     m_isEnding = true;
     const auto windows = findChildren<WindowProcess *>();
     for (WindowProcess *window : windows) {
-        window->close(patience);
+        window->askToClose(patience);
     }
     if (windows.isEmpty()) {
         finish(m_exitCode);

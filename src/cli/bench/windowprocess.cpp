@@ -61,7 +61,7 @@ void WindowProcess::send(const QString &what, QJsonObject more)
     m_channel->send(more);
 }
 
-void WindowProcess::close(int killAfterMs)
+void WindowProcess::askToClose(int killAfterMs)
 {
     m_isClosing = true;
     send(QStringLiteral("quit"));

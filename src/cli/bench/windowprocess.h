@@ -26,7 +26,7 @@ public:
 
     void send(const QString &what, QJsonObject more = {});
     /// Asks it to close, and kills it if it does not in time.
-    void close(int killAfterMs = 3000);
+    void askToClose(int killAfterMs = 3000);
 
     bool hasOpened() const { return m_hasOpened; } ///< there is a display
     bool isReady() const { return m_isReady; }

@@ -12,7 +12,8 @@ EditorPopup::EditorPopup(QWidget *editor)
     : QFrame(editor, Qt::Popup)
     , m_content(new QVBoxLayout(this))
 {
-    setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
+    setFrameShape(QFrame::StyledPanel);
+    setFrameShadow(QFrame::Raised);
     setAttribute(Qt::WA_DeleteOnClose);
     m_content->setContentsMargins(8, 8, 8, 8);
     m_content->setSpacing(6);

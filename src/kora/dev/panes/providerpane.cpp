@@ -133,8 +133,9 @@ void ProviderPane::setUpActions(const QString &noun)
                                 QKeySequence::Delete);
     remove->setIconText(QStringLiteral("\u2212"));
     connect(remove, &QAction::triggered, this, &ProviderPane::removeRows);
-    QAction *duplicate = addAction(QStringLiteral("Duplicate"), tr("Duplicate"),
-                                   tr("Add the same %1 under another name").arg(noun), Qt::CTRL + Qt::Key_D);
+    QAction *duplicate =
+        addAction(QStringLiteral("Duplicate"), tr("Duplicate"),
+                  tr("Add the same %1 under another name").arg(noun), QKeySequence(QStringLiteral("Ctrl+D")));
     connect(duplicate, &QAction::triggered, this, &ProviderPane::duplicateRow);
 }
 
