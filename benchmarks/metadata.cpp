@@ -66,20 +66,15 @@ void readQt(benchmark::State &state)
     measure(state, [&] { benchmark::DoNotOptimize(QJsonDocument::fromJson(text)); });
 }
 
-// 30 characters
-const QString requirement = QStringLiteral("pump_on && speed > 10 || modeA");
+// 30 characters with ids as authors write them. The longer the ids, the longer the expression backtracks: from about 20
+// characters on it gives up and refuses them.
+const QString requirement = QStringLiteral("setpoint > 10 && pump1_enabled");
 
 void requirementOurs(benchmark::State &state)
 {
-    QStringList ids;
-    if (!require(state, requirement.size() == 30 && scanRequirements(requirement, ids) && ids.size() == 3,
-                 "refused")) {
-        return;
+    if (require(state, requirement.size() == 30 && isRequirementsText(requirement), "refused")) {
+        measure(state, [] { benchmark::DoNotOptimize(isRequirementsText(requirement)); });
     }
-    measure(state, [&] {
-        QStringList fieldIds;
-        benchmark::DoNotOptimize(scanRequirements(requirement, fieldIds));
-    });
 }
 
 void requirementQt(benchmark::State &state)

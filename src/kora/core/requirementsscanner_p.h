@@ -7,7 +7,7 @@
 namespace KORA {
 namespace INTERNAL {
 
-/// Checks the text of a field's requirements and collects the field ids that it names.
+/// Checks the text of a field's requirements.
 ///
 ///     requirements = condition { [" "] ("&&" | "||") [" "] condition }
 ///     condition    = id [ [" "] ("==" | "<" | ">") [" "] value ]
@@ -16,7 +16,10 @@ namespace INTERNAL {
 /// with ids of ASCII letters, digits and "_"; a blank may also follow an id at the very end. It takes time
 /// linear in the length: as a regular expression the language backtracks until the engine gives up, and ids of
 /// 21 letters are then refused.
-bool scanRequirements(const QString &requirements, QStringList &fieldIds);
+bool isRequirementsText(const QString &requirements);
+
+/// The field ids that a valid text names, in its order; none for an empty text.
+QStringList requiredFieldIds(const QString &requirements);
 
 /// Whether the text is made of ASCII letters, digits and "_" alone; an empty one is.
 bool isIdentifierText(const QString &text);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <kora/core/versiontype.h>
 
-#include <QtCore/QStringList>
+#include <QtCore/QVector>
 
 #include <tuple>
 
@@ -12,7 +12,7 @@ namespace {
 
 constexpr unsigned int maximumPart = 999999999;
 
-bool parsePart(const QString &text, unsigned int &part)
+bool parsePart(const QStringRef &text, unsigned int &part)
 {
     bool ok = false;
     part = text.toUInt(&ok, 10);
@@ -31,7 +31,7 @@ VersionType::VersionType(unsigned int major, unsigned int minor, unsigned int pa
 
 VersionType::VersionType(const QString &text)
 {
-    const QStringList parts = text.split(QLatin1Char('.'));
+    const QVector<QStringRef> parts = text.splitRef(QLatin1Char('.'));
     if (parts.size() != 3) {
         return;
     }

@@ -8,6 +8,7 @@
 #include <QtCore/QStringList>
 #include <QtCore/QThread>
 
+#include <chrono>
 #include <cstring>
 #include <memory>
 #include <mutex>
@@ -73,7 +74,9 @@ public:
 
     /// The caller holds the mutex.
     void setPattern(const QString &pattern);
-    QString format(QtMsgType type, const QMessageLogContext &context, const QString &message) const;
+    /// @p milliseconds is the time of the message, since 1970.
+    QString format(QtMsgType type, const QMessageLogContext &context, const QString &message,
+                   qint64 milliseconds);
 
     /// Guards building, replacing and reading the pattern. Not a QMutex: Qt prints when one is destroyed while
     /// a thread holds it, and a thread may log during the exit of the process.
@@ -82,12 +85,22 @@ public:
     static bool isDestroyed;
 
 private:
+    /// The format of one time token with what it last gave: lines of the same second share the text.
+    struct TimeArg
+    {
+        QString format;
+        bool hasMilliseconds;
+        qint64 second = -1;
+        QString text;
+    };
+
     const char *tokenOf(const QString &lexeme);
     const char *literal(const QString &text);
+    static const QString &timeText(TimeArg &arg, qint64 milliseconds);
 
     std::vector<const char *> tokens; // ends with a null entry
     std::vector<std::unique_ptr<char[]>> literals;
-    QList<QString> timeArgs; // one entry per time token, in the pattern's order
+    std::vector<TimeArg> timeArgs; // one entry per time token, in the pattern's order
     QElapsedTimer timer;
 };
 
@@ -132,32 +145,32 @@ QString timeFormatOf(const QString &lexeme)
     return blank > 0 ? lexeme.mid(blank + 1, lexeme.size() - blank - 2) : QString();
 }
 
-QString typeText(QtMsgType type)
+QLatin1String typeText(QtMsgType type)
 {
     switch (type) {
     case QtDebugMsg:
-        return QStringLiteral("DEBUG");
+        return QLatin1String("DEBUG");
     case QtWarningMsg:
-        return QStringLiteral("WARNING");
+        return QLatin1String("WARNING");
     case QtCriticalMsg:
-        return QStringLiteral("CRITICAL");
+        return QLatin1String("CRITICAL");
     case QtFatalMsg:
-        return QStringLiteral("FATAL");
+        return QLatin1String("FATAL");
     case QtInfoMsg:
-        return QStringLiteral("INFO");
+        return QLatin1String("INFO");
     }
     return {};
-}
-
-QString timeText(const QString &format)
-{
-    const QDateTime now = QDateTime::currentDateTime();
-    return format.isEmpty() ? now.toString(Qt::ISODate) : now.toString(format);
 }
 
 QLatin1String textOr(const char *text, const char *fallback)
 {
     return QLatin1String(text ? text : fallback);
+}
+
+qint64 millisecondsSinceEpoch()
+{
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
 }
 
 // Whether what follows the condition is left out; false for a token that is no condition.
@@ -180,31 +193,26 @@ bool isCondition(const char *token)
            || token == ifInfoTokenC || token == ifWarningTokenC || token == ifCriticalTokenC;
 }
 
-// The text of a token that is neither a time nor a condition nor their end.
-QString tokenText(const char *token, QtMsgType type, const QMessageLogContext &context)
+// Appends the text of a token that is neither a time nor a condition nor their end.
+void appendToken(QString &line, const char *token, QtMsgType type, const QMessageLogContext &context)
 {
     if (token == typeTokenC) {
-        return typeText(type);
+        line += typeText(type);
+    } else if (token == categoryTokenC) {
+        line += textOr(context.category, "");
+    } else if (token == fileTokenC) {
+        line += textOr(context.file, "unknown");
+    } else if (token == lineTokenC) {
+        line += QString::number(context.line);
+    } else if (token == functionTokenC) {
+        line += textOr(context.function, "unknown");
+    } else if (token == pidTokenC) {
+        line += QString::number(QCoreApplication::applicationPid());
+    } else if (token == threadidTokenC) {
+        line += QString::number(reinterpret_cast<quintptr>(QThread::currentThreadId()));
+    } else {
+        line += QLatin1String(token);
     }
-    if (token == categoryTokenC) {
-        return textOr(context.category, "");
-    }
-    if (token == fileTokenC) {
-        return textOr(context.file, "unknown");
-    }
-    if (token == lineTokenC) {
-        return QString::number(context.line);
-    }
-    if (token == functionTokenC) {
-        return textOr(context.function, "unknown");
-    }
-    if (token == pidTokenC) {
-        return QString::number(QCoreApplication::applicationPid());
-    }
-    if (token == threadidTokenC) {
-        return QString::number(reinterpret_cast<quintptr>(QThread::currentThreadId()));
-    }
-    return QLatin1String(token);
 }
 
 LogMessagePattern::LogMessagePattern()
@@ -238,7 +246,8 @@ const char *LogMessagePattern::tokenOf(const QString &lexeme)
         return literal(lexeme);
     }
     if (lexeme.startsWith(QLatin1String(timeTokenC))) {
-        timeArgs.append(timeFormatOf(lexeme));
+        const QString format = timeFormatOf(lexeme);
+        timeArgs.push_back({format, format.contains(QLatin1Char('z')), -1, {}});
         return timeTokenC;
     }
     for (const Placeholder &placeholder : placeholders) {
@@ -258,13 +267,24 @@ const char *LogMessagePattern::literal(const QString &text)
     return literals.back().get();
 }
 
-QString LogMessagePattern::format(QtMsgType type, const QMessageLogContext &context,
-                                  const QString &message) const
+const QString &LogMessagePattern::timeText(TimeArg &arg, qint64 milliseconds)
+{
+    const qint64 second = milliseconds / 1000;
+    if (second != arg.second || arg.hasMilliseconds) {
+        const QDateTime time = QDateTime::fromMSecsSinceEpoch(milliseconds);
+        arg.text = arg.format.isEmpty() ? time.toString(Qt::ISODate) : time.toString(arg.format);
+        arg.second = second;
+    }
+    return arg.text;
+}
+
+QString LogMessagePattern::format(QtMsgType type, const QMessageLogContext &context, const QString &message,
+                                  qint64 milliseconds)
 {
     QString line;
     line.reserve(message.size() + 64);
     bool skip = false;
-    int timeArg = 0;
+    size_t timeArg = 0;
     for (const char *token : tokens) {
         if (!token) {
             break;
@@ -273,9 +293,9 @@ QString LogMessagePattern::format(QtMsgType type, const QMessageLogContext &cont
             skip = false;
         } else if (token == timeTokenC) {
             // A skipped time still uses up its format.
-            const QString &format = timeArgs.at(timeArg++);
+            TimeArg &arg = timeArgs[timeArg++];
             if (!skip) {
-                line += timeText(format);
+                line += timeText(arg, milliseconds);
             }
         } else if (skip) {
             continue;
@@ -284,7 +304,7 @@ QString LogMessagePattern::format(QtMsgType type, const QMessageLogContext &cont
         } else if (token == messageTokenC) {
             line += message;
         } else {
-            line += tokenText(token, type, context);
+            appendToken(line, token, type, context);
         }
     }
     return line;
@@ -294,11 +314,12 @@ QString LogMessagePattern::format(QtMsgType type, const QMessageLogContext &cont
 
 QString koraFormatLogMessage(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
+    const qint64 milliseconds = millisecondsSinceEpoch(); // before other threads have to wait
     const std::lock_guard<QBasicMutex> lock(LogMessagePattern::mutex);
     if (LogMessagePattern::isDestroyed) {
         return message;
     }
-    return koraLogMessagePattern->format(type, context, message);
+    return koraLogMessagePattern->format(type, context, message, milliseconds);
 }
 
 void KORA::koraSetLogMessagePattern(const QString &text)
