@@ -2,13 +2,13 @@
 #include "support/livewidget.h"
 #include "support/program.h"
 
-#include <QtTest/QTest>
 #include <QtWidgets/QGestureEvent>
 #include <QtWidgets/QGraphicsScene>
 #include <QtWidgets/QGraphicsView>
 
 #include <private/qapplication_p.h>
 #include <private/qgesturemanager_p.h>
+#include <qpa/qwindowsysteminterface.h>
 
 #include <memory>
 #include <vector>
@@ -58,16 +58,18 @@ QTouchEvent touch(QEvent::Type type, int fingers, int step)
     for (int finger = 0; finger < fingers; ++finger) {
         QTouchEvent::TouchPoint point(finger);
         const QPointF start(100 + 150 * finger, 100);
-        const QPointF position = start + QPointF((finger % 2 ? 3 : 2) * step, 2 * step);
+        const QPointF way(finger % 2 ? 3 : 2, 2);
+        const QPointF position = start + way * step;
+        const QPointF last = start + way * qMax(0, step - 1);
         point.setState(type == QEvent::TouchBegin ? Qt::TouchPointPressed : Qt::TouchPointMoved);
         for (const auto set : {&QTouchEvent::TouchPoint::setPos, &QTouchEvent::TouchPoint::setScreenPos,
                                &QTouchEvent::TouchPoint::setScenePos}) {
             (point.*set)(position);
         }
-        for (const auto set : {&QTouchEvent::TouchPoint::setStartPos, &QTouchEvent::TouchPoint::setStartScreenPos,
-                               &QTouchEvent::TouchPoint::setLastPos, &QTouchEvent::TouchPoint::setLastScreenPos}) {
-            (point.*set)(start);
-        }
+        point.setStartPos(start);
+        point.setStartScreenPos(start);
+        point.setLastPos(last);
+        point.setLastScreenPos(last);
         points.append(point);
     }
     static QTouchDevice device;
@@ -146,55 +148,62 @@ class Touched
 {
 public:
     explicit Touched(const std::vector<Qt::GestureType> &types)
-        : view(&scene)
-        , device(QTest::createTouchDevice())
+        : m_view(&m_scene)
     {
         item = new Item;
         item->setAcceptTouchEvents(true);
         for (const Qt::GestureType type : types) {
             item->grabGesture(type);
         }
-        scene.setSceneRect(0, 0, 400, 400);
-        scene.addItem(item);
-        view.viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
-        view.resize(420, 420);
-        view.show();
-        isShown = QTest::qWaitForWindowExposed(&view);
-        QWindow *window = view.windowHandle();
-        QTest::touchEvent(window, device, false)
-            .press(0, position(0), window)
-            .press(1, position(1), window)
-            .commit(false);
+        m_scene.setSceneRect(0, 0, 400, 400);
+        m_scene.addItem(item);
+        m_view.viewport()->setAttribute(Qt::WA_AcceptTouchEvents);
+        m_view.resize(420, 420);
+        m_view.show();
+        QCoreApplication::processEvents();
+        send(Qt::TouchPointPressed);
     }
 
-    ~Touched()
-    {
-        QWindow *window = view.windowHandle();
-        QTest::touchEvent(window, device, false)
-            .release(0, position(0), window)
-            .release(1, position(1), window)
-            .commit(false);
-    }
+    ~Touched() { send(Qt::TouchPointReleased); }
 
     void update()
     {
         m_step = (m_step + 1) % 64;
-        QWindow *window = view.windowHandle();
-        QTest::touchEvent(window, device, false)
-            .move(0, position(0), window)
-            .move(1, position(1), window)
-            .commit(false);
+        send(Qt::TouchPointMoved);
     }
 
     Item *item;
-    bool isShown = false;
 
 private:
-    QPoint position(int finger) const { return {100 + 100 * finger + (finger ? 2 : 1) * m_step, 100 + m_step}; }
+    // As the platform does, and delivered at once.
+    void send(Qt::TouchPointState state)
+    {
+        QList<QWindowSystemInterface::TouchPoint> points;
+        for (int finger = 0; finger < 2; ++finger) {
+            QWindowSystemInterface::TouchPoint point;
+            point.id = finger;
+            point.state = state;
+            point.area.setSize({8, 8});
+            point.area.moveCenter(m_view.mapToGlobal(QPoint(100 + 100 * finger + (finger ? 2 : 1) * m_step, 100 + m_step)));
+            points.append(point);
+        }
+        QWindowSystemInterface::handleTouchEvent<QWindowSystemInterface::SynchronousDelivery>(
+            m_view.windowHandle(), device(), points);
+    }
 
-    QGraphicsScene scene;
-    QGraphicsView view;
-    QTouchDevice *device;
+    static QTouchDevice *device()
+    {
+        static QTouchDevice *registered = [] {
+            auto *screen = new QTouchDevice;
+            screen->setType(QTouchDevice::TouchScreen);
+            QWindowSystemInterface::registerTouchDevice(screen);
+            return screen;
+        }();
+        return registered;
+    }
+
+    QGraphicsScene m_scene;
+    QGraphicsView m_view;
     int m_step = 0;
 };
 
@@ -204,7 +213,7 @@ void update(benchmark::State &state, const std::vector<Qt::GestureType> &types)
     for (int i = 0; i < 40; ++i) {
         touched.update();
     }
-    if (require(state, touched.isShown && (types.empty() || touched.item->gestures > 0), "no gesture delivered")) {
+    if (require(state, types.empty() || touched.item->gestures > 0, "no gesture delivered")) {
         measure(state, [&] { touched.update(); });
     }
 }

@@ -25,8 +25,8 @@ VersionType::VersionType(unsigned int major, unsigned int minor, unsigned int pa
     : m_major(major)
     , m_minor(minor)
     , m_patch(patch)
-    , m_version(QStringLiteral("%1.%2.%3")
-                    .arg(QString::number(major), QString::number(minor), QString::number(patch)))
+    , m_version(QString::number(major) + QLatin1Char('.') + QString::number(minor) + QLatin1Char('.')
+                + QString::number(patch))
 {}
 
 VersionType::VersionType(const QString &text)

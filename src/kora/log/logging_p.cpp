@@ -10,58 +10,73 @@
 
 #include <chrono>
 #include <cstring>
-#include <memory>
 #include <mutex>
 #include <vector>
 
 namespace {
 
-// A token is one of these arrays, recognised by its address, or a literal run of text.
-const char typeTokenC[] = "%{TYPE}";
-const char categoryTokenC[] = "%{CATEGORY}";
-const char messageTokenC[] = "%{MESSAGE}";
-const char fileTokenC[] = "%{FILE}";
-const char lineTokenC[] = "%{LINE}";
-const char functionTokenC[] = "%{FUNCTION}";
-const char pidTokenC[] = "%{PID}";
-const char threadidTokenC[] = "%{THREAD}";
-const char timeTokenC[] = "%{TIME";
-const char ifNotInfoTokenC[] = "%{IF-NOT-INFO}";
-const char ifCategoryTokenC[] = "%{IF-CATEGORY}";
-const char ifDebugTokenC[] = "%{IF-DEBUG}";
-const char ifInfoTokenC[] = "%{IF-INFO}";
-const char ifWarningTokenC[] = "%{IF-WARNING}";
-const char ifCriticalTokenC[] = "%{IF-CRITICAL}";
-const char endifTokenC[] = "%{ENDIF}";
-const char emptyTokenC[] = "";
-
 const char defaultPatternC[] =
     "[%{TIME}]%{IF-NOT-INFO}[%{TYPE}]%{ENDIF}%{IF-CATEGORY}[%{CATEGORY}]%{ENDIF}: %{MESSAGE}";
 
+enum class TokenKind {
+    Literal,
+    Type,
+    Category,
+    Message,
+    File,
+    Line,
+    Function,
+    Pid,
+    Thread,
+    Time,
+    IfNotInfo,
+    IfCategory,
+    EndIf,
+};
+
 struct Placeholder
 {
-    const char *lexeme;
-    const char *token;
+    QLatin1String lexeme;
+    TokenKind kind;
 };
+
+const QLatin1String timeLexemeStart("%{TIME");
 
 // The four conditions on a level compile to the condition on the category: "%{IF-DEBUG}" shows its contents
 // exactly when "%{IF-CATEGORY}" would. Hosts' patterns rely on it.
 const Placeholder placeholders[] = {
-    {typeTokenC, typeTokenC},
-    {categoryTokenC, categoryTokenC},
-    {messageTokenC, messageTokenC},
-    {fileTokenC, fileTokenC},
-    {lineTokenC, lineTokenC},
-    {functionTokenC, functionTokenC},
-    {pidTokenC, pidTokenC},
-    {threadidTokenC, threadidTokenC},
-    {ifNotInfoTokenC, ifNotInfoTokenC},
-    {ifCategoryTokenC, ifCategoryTokenC},
-    {ifDebugTokenC, ifCategoryTokenC},
-    {ifInfoTokenC, ifCategoryTokenC},
-    {ifWarningTokenC, ifCategoryTokenC},
-    {ifCriticalTokenC, ifCategoryTokenC},
-    {endifTokenC, endifTokenC},
+    {QLatin1String("%{TYPE}"), TokenKind::Type},
+    {QLatin1String("%{CATEGORY}"), TokenKind::Category},
+    {QLatin1String("%{MESSAGE}"), TokenKind::Message},
+    {QLatin1String("%{FILE}"), TokenKind::File},
+    {QLatin1String("%{LINE}"), TokenKind::Line},
+    {QLatin1String("%{FUNCTION}"), TokenKind::Function},
+    {QLatin1String("%{PID}"), TokenKind::Pid},
+    {QLatin1String("%{THREAD}"), TokenKind::Thread},
+    {QLatin1String("%{IF-NOT-INFO}"), TokenKind::IfNotInfo},
+    {QLatin1String("%{IF-CATEGORY}"), TokenKind::IfCategory},
+    {QLatin1String("%{IF-DEBUG}"), TokenKind::IfCategory},
+    {QLatin1String("%{IF-INFO}"), TokenKind::IfCategory},
+    {QLatin1String("%{IF-WARNING}"), TokenKind::IfCategory},
+    {QLatin1String("%{IF-CRITICAL}"), TokenKind::IfCategory},
+    {QLatin1String("%{ENDIF}"), TokenKind::EndIf},
+};
+
+/// A piece of a pattern.
+struct Token
+{
+    explicit Token(TokenKind tokenKind, const QString &tokenText = {})
+        : kind(tokenKind)
+        , text(tokenText)
+    {}
+
+    TokenKind kind;
+    /// Of a literal what it prints; of a time the QDateTime format, or nothing for ISO 8601.
+    QString text;
+
+    // Of a time: what it printed last. Lines of the same second share the text.
+    qint64 second = -1;
+    QString secondText;
 };
 
 /// The compiled pattern.
@@ -74,9 +89,9 @@ public:
 
     /// The caller holds the mutex.
     void setPattern(const QString &pattern);
-    /// @p milliseconds is the time of the message, since 1970.
-    QString format(QtMsgType type, const QMessageLogContext &context, const QString &message,
-                   qint64 milliseconds);
+    /// Appends to @p line. @p milliseconds is the time of the message, since 1970.
+    void format(QtMsgType type, const QMessageLogContext &context, const QString &message,
+                qint64 milliseconds, QString &line);
 
     /// Guards building, replacing and reading the pattern. Not a QMutex: Qt prints when one is destroyed while
     /// a thread holds it, and a thread may log during the exit of the process.
@@ -85,22 +100,7 @@ public:
     static bool isDestroyed;
 
 private:
-    /// The format of one time token with what it last gave: lines of the same second share the text.
-    struct TimeArg
-    {
-        QString format;
-        bool hasMilliseconds;
-        qint64 second = -1;
-        QString text;
-    };
-
-    const char *tokenOf(const QString &lexeme);
-    const char *literal(const QString &text);
-    static const QString &timeText(TimeArg &arg, qint64 milliseconds);
-
-    std::vector<const char *> tokens; // ends with a null entry
-    std::vector<std::unique_ptr<char[]>> literals;
-    std::vector<TimeArg> timeArgs; // one entry per time token, in the pattern's order
+    std::vector<Token> tokens;
     QElapsedTimer timer;
 };
 
@@ -173,46 +173,37 @@ qint64 millisecondsSinceEpoch()
     return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
 }
 
-// Whether what follows the condition is left out; false for a token that is no condition.
-bool conditionHides(const char *token, QtMsgType type, const QMessageLogContext &context)
+bool isDefaultCategory(const char *category)
 {
-    if (token == ifCategoryTokenC) {
-        return !context.category || std::strcmp(context.category, "default") == 0;
-    }
-    if (token == ifNotInfoTokenC) {
-        return type == QtInfoMsg;
-    }
-    return (token == ifDebugTokenC && type != QtDebugMsg) || (token == ifInfoTokenC && type != QtInfoMsg)
-           || (token == ifWarningTokenC && type != QtWarningMsg)
-           || (token == ifCriticalTokenC && type != QtCriticalMsg);
+    return !category || std::strcmp(category, "default") == 0;
 }
 
-bool isCondition(const char *token)
+Token tokenOf(const QString &lexeme)
 {
-    return token == ifCategoryTokenC || token == ifNotInfoTokenC || token == ifDebugTokenC
-           || token == ifInfoTokenC || token == ifWarningTokenC || token == ifCriticalTokenC;
+    if (!lexeme.startsWith(QLatin1String("%{")) || !lexeme.endsWith(QLatin1Char('}'))) {
+        return Token(TokenKind::Literal, QString::fromLatin1(lexeme.toLatin1().constData()));
+    }
+    if (lexeme.startsWith(timeLexemeStart)) {
+        return Token(TokenKind::Time, timeFormatOf(lexeme));
+    }
+    for (const Placeholder &placeholder : placeholders) {
+        if (lexeme == placeholder.lexeme) {
+            return Token(placeholder.kind);
+        }
+    }
+    return Token(TokenKind::Literal);
 }
 
-// Appends the text of a token that is neither a time nor a condition nor their end.
-void appendToken(QString &line, const char *token, QtMsgType type, const QMessageLogContext &context)
+const QString &timeText(Token &token, qint64 milliseconds)
 {
-    if (token == typeTokenC) {
-        line += typeText(type);
-    } else if (token == categoryTokenC) {
-        line += textOr(context.category, "");
-    } else if (token == fileTokenC) {
-        line += textOr(context.file, "unknown");
-    } else if (token == lineTokenC) {
-        line += QString::number(context.line);
-    } else if (token == functionTokenC) {
-        line += textOr(context.function, "unknown");
-    } else if (token == pidTokenC) {
-        line += QString::number(QCoreApplication::applicationPid());
-    } else if (token == threadidTokenC) {
-        line += QString::number(reinterpret_cast<quintptr>(QThread::currentThreadId()));
-    } else {
-        line += QLatin1String(token);
+    const qint64 second = milliseconds / 1000;
+    const bool showsMilliseconds = token.text.contains(QLatin1Char('z'));
+    if (second != token.second || showsMilliseconds) {
+        const QDateTime time = QDateTime::fromMSecsSinceEpoch(milliseconds);
+        token.secondText = token.text.isEmpty() ? time.toString(Qt::ISODate) : time.toString(token.text);
+        token.second = second;
     }
+    return token.secondText;
 }
 
 LogMessagePattern::LogMessagePattern()
@@ -230,96 +221,78 @@ LogMessagePattern::~LogMessagePattern()
 void LogMessagePattern::setPattern(const QString &pattern)
 {
     tokens.clear();
-    literals.clear();
-    timeArgs.clear();
     const QStringList lexemes = splitIntoLexemes(pattern);
-    tokens.reserve(static_cast<size_t>(lexemes.size()) + 1);
     for (const QString &lexeme : lexemes) {
         tokens.push_back(tokenOf(lexeme));
     }
-    tokens.push_back(nullptr);
 }
 
-const char *LogMessagePattern::tokenOf(const QString &lexeme)
+void LogMessagePattern::format(QtMsgType type, const QMessageLogContext &context, const QString &message,
+                               qint64 milliseconds, QString &line)
 {
-    if (!lexeme.startsWith(QLatin1String("%{")) || !lexeme.endsWith(QLatin1Char('}'))) {
-        return literal(lexeme);
-    }
-    if (lexeme.startsWith(QLatin1String(timeTokenC))) {
-        const QString format = timeFormatOf(lexeme);
-        timeArgs.push_back({format, format.contains(QLatin1Char('z')), -1, {}});
-        return timeTokenC;
-    }
-    for (const Placeholder &placeholder : placeholders) {
-        if (lexeme == QLatin1String(placeholder.lexeme)) {
-            return placeholder.token;
-        }
-    }
-    return emptyTokenC;
-}
-
-const char *LogMessagePattern::literal(const QString &text)
-{
-    const QByteArray latin1 = text.toLatin1();
-    const size_t size = static_cast<size_t>(latin1.size()) + 1;
-    literals.push_back(std::make_unique<char[]>(size));
-    std::memcpy(literals.back().get(), latin1.constData(), size);
-    return literals.back().get();
-}
-
-const QString &LogMessagePattern::timeText(TimeArg &arg, qint64 milliseconds)
-{
-    const qint64 second = milliseconds / 1000;
-    if (second != arg.second || arg.hasMilliseconds) {
-        const QDateTime time = QDateTime::fromMSecsSinceEpoch(milliseconds);
-        arg.text = arg.format.isEmpty() ? time.toString(Qt::ISODate) : time.toString(arg.format);
-        arg.second = second;
-    }
-    return arg.text;
-}
-
-QString LogMessagePattern::format(QtMsgType type, const QMessageLogContext &context, const QString &message,
-                                  qint64 milliseconds)
-{
-    QString line;
-    line.reserve(message.size() + 64);
     bool skip = false;
-    size_t timeArg = 0;
-    for (const char *token : tokens) {
-        if (!token) {
+    for (Token &token : tokens) {
+        if (skip && token.kind != TokenKind::EndIf) {
+            continue;
+        }
+        switch (token.kind) {
+        case TokenKind::Literal:
+            line += token.text;
+            break;
+        case TokenKind::Type:
+            line += typeText(type);
+            break;
+        case TokenKind::Category:
+            line += textOr(context.category, "");
+            break;
+        case TokenKind::Message:
+            line += message;
+            break;
+        case TokenKind::File:
+            line += textOr(context.file, "unknown");
+            break;
+        case TokenKind::Line:
+            line += QString::number(context.line);
+            break;
+        case TokenKind::Function:
+            line += textOr(context.function, "unknown");
+            break;
+        case TokenKind::Pid:
+            line += QString::number(QCoreApplication::applicationPid());
+            break;
+        case TokenKind::Thread:
+            line += QString::number(reinterpret_cast<quintptr>(QThread::currentThreadId()));
+            break;
+        case TokenKind::Time:
+            line += timeText(token, milliseconds);
+            break;
+        case TokenKind::IfNotInfo:
+            skip = type == QtInfoMsg;
+            break;
+        case TokenKind::IfCategory:
+            skip = isDefaultCategory(context.category);
+            break;
+        case TokenKind::EndIf:
+            skip = false;
             break;
         }
-        if (token == endifTokenC) {
-            skip = false;
-        } else if (token == timeTokenC) {
-            // A skipped time still uses up its format.
-            TimeArg &arg = timeArgs[timeArg++];
-            if (!skip) {
-                line += timeText(arg, milliseconds);
-            }
-        } else if (skip) {
-            continue;
-        } else if (isCondition(token)) {
-            skip = conditionHides(token, type, context);
-        } else if (token == messageTokenC) {
-            line += message;
-        } else {
-            appendToken(line, token, type, context);
-        }
     }
-    return line;
 }
 
 } // namespace
 
 QString koraFormatLogMessage(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
-    const qint64 milliseconds = millisecondsSinceEpoch(); // before other threads have to wait
+    // What needs no lock is done before other threads have to wait.
+    const qint64 milliseconds = millisecondsSinceEpoch();
+    QString line;
+    line.reserve(message.size() + 64);
     const std::lock_guard<QBasicMutex> lock(LogMessagePattern::mutex);
     if (LogMessagePattern::isDestroyed) {
         return message;
     }
-    return koraLogMessagePattern->format(type, context, message, milliseconds);
+    koraLogMessagePattern->format(type, context, message, milliseconds, line);
+    return line;
 }
 
 void KORA::koraSetLogMessagePattern(const QString &text)
