@@ -154,7 +154,7 @@ private:
 template<int (*generate)(QXmlStreamWriter &)>
 void documentOurs(benchmark::State &state)
 {
-    if (require(state, documentOf<generate>().size() > 1000, "no document")) {
+    if (require(state, documentOf<generate>().size() > 500, "no document")) {
         measure(state, [] { benchmark::DoNotOptimize(documentOf<generate>()); });
     }
 }
