@@ -20,6 +20,7 @@ enum ExitCode : int {
 using CommandRun = std::function<int()>;
 
 /// Each adds its subcommand; parsing a command line that names it stores the work in @p run.
+void addBenchCommand(CLI::App &app, CommandRun &run);
 void addDoctorCommand(CLI::App &app, CommandRun &run);
 void addNewCommand(CLI::App &app, CommandRun &run);
 void addPackCommand(CLI::App &app, CommandRun &run);

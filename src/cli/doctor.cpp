@@ -16,7 +16,7 @@
 
 #include "command.h"
 #include "output.h"
-#include "pictureenvironment.h"
+#include "picture/pictureenvironment.h"
 #include "pluginfolder.h"
 #include "texttable.h"
 

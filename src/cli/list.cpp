@@ -9,7 +9,7 @@
 #include "command.h"
 #include "logcollector.h"
 #include "output.h"
-#include "pictureenvironment.h"
+#include "picture/pictureenvironment.h"
 #include "pluginfolder.h"
 #include "texttable.h"
 

@@ -3,7 +3,7 @@
 
 #include "command.h"
 #include "output.h"
-#include "pictureenvironment.h"
+#include "picture/pictureenvironment.h"
 
 #include <memory>
 #include <string>
@@ -24,7 +24,8 @@ const char footerC[] =
     "  kora describe plugins/<id> --format json\n"
     "  kora render plugins/<id> --widget gauge --set value=75 --out pictures\n"
     "  kora resources plugins resources --language en-US\n"
-    "  kora check boiler.json";
+    "  kora check boiler.json\n"
+    "  kora bench plugins/<id>";
 
 /// Sets the usage apart from the description above it.
 class HelpFormatter : public CLI::Formatter
@@ -60,6 +61,7 @@ int main(int argc, char **argv)
     addCheckCommand(app, run);
     addExplainCommand(app, run);
     addTranslationsCommand(app, run);
+    addBenchCommand(app, run);
     addListCommand(app, run);
     addDescribeCommand(app, run);
     addRenderCommand(app, run);

@@ -18,9 +18,9 @@
 #include <support/logrecorder.h>
 #include <support/testmain.h>
 
-#include "librarycheck.h"
-#include "metadatacheck.h"
-#include "rules.h"
+#include "check/librarycheck.h"
+#include "check/metadatacheck.h"
+#include "check/rules.h"
 
 using namespace KORA::DEV;
 

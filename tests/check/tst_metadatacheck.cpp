@@ -16,9 +16,9 @@
 #include <support/logrecorder.h>
 #include <support/testmain.h>
 
-#include "metadatacheck.h"
-#include "metadatafaults.h"
-#include "rules.h"
+#include "check/metadatacheck.h"
+#include "check/metadatafaults.h"
+#include "check/rules.h"
 
 using namespace KORA::INTERNAL;
 using KORA::DEV::Finding;

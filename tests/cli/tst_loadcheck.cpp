@@ -6,9 +6,9 @@
 
 #include <support/testmain.h>
 
-#include <loadcheck.h>
-#include <loadcheckrules.h>
-#include <loadchecks.h>
+#include "load/loadcheck.h"
+#include "load/loadcheckrules.h"
+#include "load/loadchecks.h"
 
 using KORA::DEV::Finding;
 using KORA::DEV::Findings;

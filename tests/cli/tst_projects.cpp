@@ -13,9 +13,9 @@
 #include <functional>
 #include <memory>
 
-#include "pluginarchive.h"
+#include "project/pluginarchive.h"
 #include "runkora.h"
-#include "translationsheet.h"
+#include "project/translationsheet.h"
 
 using KORA::DEV::Finding;
 using KORA::DEV::Findings;

@@ -334,8 +334,8 @@ void TestBenchDocument::unfitValuesAreDroppedAndNamed()
     dropped.sort();
     QCOMPARE(dropped, QStringList({
                           QStringLiteral("gauge1: decimals: a whole number is expected (was \"many\")"),
-                          QStringLiteral("gauge1: gone: is gone (followed Speed)"),
-                          QStringLiteral("gauge1: speedLimit: is gone (was 7)"),
+                          QStringLiteral("gauge1: gone is gone (followed Speed)"),
+                          QStringLiteral("gauge1: speedLimit is gone (was 7)"),
                           QStringLiteral("the library has no texts in xx-XX"),
                       }));
     QCOMPARE(document.widgets().first()->fieldValue(QStringLiteral("value")).toDouble(), 1.5);

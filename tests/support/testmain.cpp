@@ -16,15 +16,20 @@ std::atomic<int> strayMessages{0};
 // In place before and after the test functions, when QTest's own handler is not.
 void onStrayMessage(QtMsgType, const QMessageLogContext &, const QString &message)
 {
+    if (message.startsWith(QLatin1String("This plugin does not support "))) {
+        return;
+    }
     ++strayMessages;
     QTextStream(stderr) << "unexpected Qt message: " << message << '\n';
 }
 
-// QTest keeps its message handler to itself; its log shows what reached it and was not ignored.
+// QTest keeps its message handler to itself; its log shows what reached it and was not ignored. The offscreen
+// platform complains of windows that have a smallest size, are raised, or grab the keyboard.
 int messagesInLog(QFile &log)
 {
-    static const QRegularExpression message(QStringLiteral("^Q(DEBUG|INFO|WARN|SYSTEM|CRITICAL|FATAL)\\s*:"),
-                                            QRegularExpression::MultilineOption);
+    static const QRegularExpression message(
+        QStringLiteral("^Q(DEBUG|INFO|WARN|SYSTEM|CRITICAL|FATAL)\\s*:(?!.*This plugin does not support )"),
+        QRegularExpression::MultilineOption);
     int count = 0;
     for (auto i = message.globalMatch(QString::fromUtf8(log.readAll())); i.hasNext(); i.next()) {
         ++count;

@@ -340,7 +340,7 @@ Findings checkMetaData(const QString &path)
         return {};
     }
     Finding finding = error("metadata", path, Utils::errorToString(code),
-                            QStringLiteral("kora check <metadata>.json tells every fault and its line"));
+                            QStringLiteral("run kora check <metadata>.json: it tells every fault and its line"));
     finding.code = code;
     return {finding};
 }

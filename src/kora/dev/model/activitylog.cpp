@@ -138,6 +138,9 @@ QVariant ActivityLog::data(const QModelIndex &index, int role) const
         return {};
     }
     const ActivityEntry &entry = m_entries.at(index.row());
+    if (role == KindRole) {
+        return entry.kind;
+    }
     if (role == Qt::TextAlignmentRole && index.column() == DurationColumn) {
         return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     }

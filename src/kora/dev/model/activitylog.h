@@ -48,6 +48,9 @@ public:
         ColumnCount
     };
 
+    /// The kind of a row's entry, an ActivityEntry::Kind.
+    static constexpr int KindRole = Qt::UserRole;
+
     static constexpr int capacity = 2000;
 
     explicit ActivityLog(QObject *parent = nullptr);

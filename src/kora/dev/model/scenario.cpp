@@ -4,8 +4,9 @@
 #include <QtCore/QFile>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
-#include <QtCore/QSaveFile>
 #include <QtCore/QSet>
+
+#include <kora/core/files_p.h>
 
 #include <cmath>
 
@@ -306,13 +307,12 @@ bool Scenario::fromJson(const QJsonObject &json, Scenario &scenario, QStringList
 
 bool Scenario::save(const QString &path, QString &problem) const
 {
-    QSaveFile file(path);
-    const QByteArray text = QJsonDocument(toJson()).toJson();
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
-        problem = QStringLiteral("%1 cannot be written: %2").arg(path, file.errorString());
-        return false;
+    QString reason;
+    if (INTERNAL::replaceFile(path, QJsonDocument(toJson()).toJson(), reason)) {
+        return true;
     }
-    return true;
+    problem = QStringLiteral("%1 cannot be written: %2").arg(path, reason);
+    return false;
 }
 
 bool Scenario::load(const QString &path, Scenario &scenario, QStringList &problems)

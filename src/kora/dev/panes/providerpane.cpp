@@ -91,6 +91,7 @@ void ProviderPane::setUpView()
     m_view->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     fitColumns();
     m_splitter->addWidget(m_view);
+    connect(m_rows, &QAbstractItemModel::rowsInserted, this, &ProviderPane::growColumns);
     connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this] { showProblem(QString()); });
     connect(m_view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -107,6 +108,18 @@ void ProviderPane::fitColumns()
         const bool isNumber = m_rows->columnEditor(column) == ProviderColumn::WholeNumberEditor;
         m_view->setColumnWidth(column,
                                qMax(isNumber ? number : least, m_view->columnWidth(column) + CellMargin));
+    }
+}
+
+/// Makes room for what is new. Columns never shrink under the eyes of who looks at them.
+void ProviderPane::growColumns()
+{
+    const int most = m_view->fontMetrics().averageCharWidth() * 30;
+    for (int column = 0; column < m_rows->columnCount(); ++column) {
+        const int width = m_view->columnWidth(column);
+        m_view->resizeColumnToContents(column);
+        const int wanted = qMin(most, m_view->columnWidth(column) + CellMargin);
+        m_view->setColumnWidth(column, qMax(width, wanted));
     }
 }
 

@@ -59,6 +59,7 @@ protected:
 private:
     void setUpView();
     void fitColumns();
+    void growColumns();
     void setUpActions(const QString &noun);
     void updateState();
 

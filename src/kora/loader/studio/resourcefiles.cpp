@@ -39,10 +39,5 @@ bool removeEntry(const QString &dirPath, const QString &name)
                                                : QFile::remove(entry.filePath());
 }
 
-bool writeThrough(QFileDevice &file, const QByteArray &data)
-{
-    return file.write(data) == data.size() && file.flush() && file.error() == QFileDevice::NoError;
-}
-
 } // namespace INTERNAL
 } // namespace KORA

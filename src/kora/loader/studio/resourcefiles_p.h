@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-class QByteArray;
-class QFileDevice;
 class QFileInfo;
 class QString;
 
@@ -22,10 +20,6 @@ bool entryExists(const QFileInfo &entry);
 /// not there. Refuses names that do not denote an entry of that very folder, and removes a symbolic link instead
 /// of what it leads to. Nothing else in these sources removes.
 bool removeEntry(const QString &dirPath, const QString &name);
-
-/// Writes all data through to the system. Success of write() alone says nothing on a full disk: it only fills a
-/// buffer.
-bool writeThrough(QFileDevice &file, const QByteArray &data);
 
 } // namespace INTERNAL
 } // namespace KORA

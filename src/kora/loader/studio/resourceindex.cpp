@@ -14,6 +14,7 @@
 #include <kora/core/jsontext_p.h>
 #include <kora/core/uuid_p.h>
 #include <kora/core/versiontype.h>
+#include <kora/core/files_p.h>
 #include <kora/loader/studio/resourcefiles_p.h>
 
 namespace KORA {

@@ -1,9 +1,0 @@
-// SPDX-License-Identifier: Apache-2.0
-#pragma once
-
-#include "rules.h"
-
-#include <vector>
-
-/// The rules of kora check --load.
-const std::vector<Rule> &loadCheckRules();

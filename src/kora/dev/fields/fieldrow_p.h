@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QtCore/QPointer>
+#include <QtCore/QString>
+#include <QtCore/QVariant>
+
+#include <kora/dev/fields/fieldcell.h>
+#include <kora/dev/fields/fieldeditor.h>
+#include <kora/dev/fields/fontparts.h>
+
+class QTreeWidgetItem;
+
+namespace KORA {
+namespace DEV {
+
+/// One row of a field.
+struct FieldRow
+{
+    enum Kind : int { Value, Language, PartOfFont };
+
+    QTreeWidgetItem *item = nullptr;
+    Kind kind = Value;
+    QString label;
+    QString language;                 ///< of a Language row
+    FontPart part = FontPart::Family; ///< of a PartOfFont row
+    QPointer<FieldEditor> editor;     ///< null until the row comes into sight
+    QPointer<FieldCell> cell;
+
+    // The entry under way; 0 if none.
+    int gesture = 0;
+    QVariant before;
+
+    QString rejection; ///< what stands in the editor is no value
+    QString clamp;     ///< what became of the value that was entered
+    QString remark;    ///< of the editor, about the value
+};
+
+} // namespace DEV
+} // namespace KORA

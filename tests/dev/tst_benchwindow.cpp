@@ -1,0 +1,497 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <support/logrecorder.h>
+#include <support/testmain.h>
+
+#include <QtCore/QFileInfo>
+#include <QtCore/QMimeData>
+#include <QtCore/QTemporaryDir>
+#include <QtGui/QAccessible>
+#include <QtGui/QDropEvent>
+#include <QtTest/QSignalSpy>
+#include <QtWidgets/QAction>
+#include <QtWidgets/QDockWidget>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QToolButton>
+#include <QtWidgets/QTreeWidget>
+#include <QtWidgets/QUndoStack>
+
+#include <kora/dev/canvas/canvasview.h>
+#include <kora/dev/canvas/errorcard.h>
+#include <kora/dev/fields/fieldeditor.h>
+#include <kora/dev/fields/fieldmanager.h>
+#include <kora/dev/fields/fieldspane.h>
+#include <kora/dev/model/benchdocument.h>
+#include <kora/dev/panes/problemspane.h>
+#include <kora/dev/providers/providers.h>
+#include <kora/dev/theme/theme.h>
+#include <kora/dev/widgetlibraryplugintestwidget.h>
+#include <kora/dev/window/commandpalette.h>
+#include <kora/host.h>
+
+using namespace KORA::DEV;
+
+namespace {
+
+const char *const plantId = "b29e4ff5-3b69-4566-977d-dd1851a271a4";
+
+QString plantFolder()
+{
+    return QFileInfo(QStringLiteral(KORA_TEST_LIBRARY_plant)).dir().absoluteFilePath(QStringLiteral("../.."));
+}
+
+/// The window as it is on a first start.
+class Bench : public WidgetLibraryPluginTestWidget
+{
+public:
+    explicit Bench(Start start = Start::FirstWidget)
+    {
+        isOpen = openPluginFolder(plantFolder(), start);
+        show();
+        QApplication::setActiveWindow(this);
+    }
+
+    template<typename T>
+    T *get(const char *name) const
+    {
+        return findChild<T *>(QLatin1String(name));
+    }
+    void trigger(const char *action) const { get<QAction>(action)->trigger(); }
+    CanvasView *canvas() const { return get<CanvasView>("canvas"); }
+    FieldsPane *fields() const { return get<FieldsPane>("fieldsPane"); }
+    PlacedWidget *placed(const char *name) const
+    {
+        for (PlacedWidget *each : document()->widgets()) {
+            if (each->name() == QLatin1String(name)) {
+                return each;
+            }
+        }
+        return nullptr;
+    }
+
+    bool isOpen = false;
+};
+
+QTreeWidgetItem *rowOf(QTreeWidget *tree, const QString &text)
+{
+    const auto found = tree->findItems(text, Qt::MatchExactly | Qt::MatchRecursive);
+    return found.isEmpty() ? nullptr : found.first();
+}
+
+/// Drags a row of a tree onto the page.
+void drag(QTreeWidget *tree, QTreeWidgetItem *row, CanvasView *canvas, const QPoint &to)
+{
+    tree->setCurrentItem(row);
+    const std::unique_ptr<QMimeData> data(tree->model()->mimeData({tree->currentIndex()}));
+    const QPoint at = canvas->mapFromScene(to);
+    QDragEnterEvent enter(at, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(canvas->viewport(), &enter);
+    QDragMoveEvent move(at, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(canvas->viewport(), &move);
+    QDropEvent drop(at, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(canvas->viewport(), &drop);
+}
+
+/// Types a value into the editor of a field of the selected widget.
+void type(const Bench &bench, const char *field, const QString &text)
+{
+    FieldManager *manager = bench.fields()->fieldManagers().value(QLatin1String(field));
+    QVERIFY(manager);
+    QWidget *control = manager->editor()->controls().first();
+    control->setFocus();
+    QTest::keySequence(control, QKeySequence::SelectAll);
+    QTest::keyClicks(control, text);
+    QTest::keyClick(control, Qt::Key_Return);
+}
+
+// Internal parts of Qt's controls, which have the focus on behalf of their parent.
+bool isPart(const QWidget *widget)
+{
+    return widget->objectName().startsWith(QLatin1String("qt_")) || widget->focusProxy();
+}
+
+QStringList unnamedControls(const QWidget &window)
+{
+    QStringList unnamed;
+    const auto widgets = window.findChildren<QWidget *>();
+    for (QWidget *each : widgets) {
+        if (each->window() != &window || each->focusPolicy() == Qt::NoFocus || isPart(each)) {
+            continue;
+        }
+        const QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(each);
+        if (!accessible || accessible->text(QAccessible::Name).isEmpty()) {
+            unnamed.append(QStringLiteral("%1 '%2' in %3")
+                               .arg(QLatin1String(each->metaObject()->className()), each->objectName(),
+                                    each->parentWidget()->objectName()));
+        }
+    }
+    return unnamed;
+}
+
+} // namespace
+
+class TestBenchWindow : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanup();
+    void firstStartPlacesAWidget();
+    void dragsTypesAndUndoes();
+    void valuesStayOverAChangeOfMode();
+    void tagsAndAlarmsReachTheWidget();
+    void everyControlHasAName();
+    void keysReachThePanes();
+    void instancesAreEditedInTheirPane();
+    void aWidgetThatEndedTheBenchIsNotAskedForItsIcon();
+    void layoutOutlivesTheWindow();
+    void narrowWindowsTabTheLeftPanes();
+    void paletteFindsActionsWidgetsAndFields();
+    void scenariosAndWindowStateComeBack();
+    void aFolderThatCannotBeLoadedIsExplained();
+
+private:
+    QTemporaryDir m_dir;
+};
+
+void TestBenchWindow::initTestCase()
+{
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_dir.path());
+    KORA::INTERNAL::koraInit(QIcon());
+}
+
+void TestBenchWindow::cleanup()
+{
+    BenchSettings().clear();
+    LogRecorder::installUnexpectedLineHandler();
+}
+
+void TestBenchWindow::firstStartPlacesAWidget()
+{
+    const Bench bench;
+    QVERIFY(bench.isOpen);
+    QCOMPARE(bench.document()->widgets().size(), 1);
+    PlacedWidget *first = bench.document()->widgets().first();
+    QCOMPARE(bench.document()->current(), first);
+    QVERIFY(first->isRunning());
+    QCOMPARE(first->geometry().center().toPoint(), QPoint(400, 240));
+    QVERIFY(!bench.isWindowModified());
+    QVERIFY(!bench.fields()->fieldManagers().isEmpty());
+    QCOMPARE(bench.banners(), QStringList());
+    QCOMPARE(bench.get<QDockWidget>("problemsDock")->windowTitle(), QStringLiteral("Problems"));
+}
+
+void TestBenchWindow::dragsTypesAndUndoes()
+{
+    const Bench bench;
+    auto *tree = bench.get<QTreeWidget>("widgetsTree");
+    QTreeWidgetItem *tank = rowOf(tree, QStringLiteral("Level tank"));
+    QVERIFY(tank);
+    drag(tree, tank, bench.canvas(), {200, 200});
+    QCOMPARE(bench.document()->widgets().size(), 2);
+    PlacedWidget *placed = bench.document()->current();
+    QCOMPARE(placed->widgetId(), QStringLiteral("level_tank"));
+    QTRY_COMPARE(bench.get<QTreeWidget>("instancesTree")->topLevelItemCount(), 2);
+    QCOMPARE(bench.get<QTreeWidget>("instancesTree")->currentItem()->text(0), placed->name());
+
+    const QVariant before = placed->fieldValue(QStringLiteral("capacity"));
+    type(bench, "capacity", QStringLiteral("250"));
+    QCOMPARE(placed->fieldValue(QStringLiteral("capacity")).toDouble(), 250.0);
+    QVERIFY(bench.isWindowModified());
+    bench.trigger("undo");
+    QCOMPARE(placed->fieldValue(QStringLiteral("capacity")), before);
+    bench.trigger("undo");
+    QCOMPARE(bench.document()->widgets().size(), 1);
+    bench.trigger("redo");
+    QCOMPARE(bench.document()->widgets().size(), 2);
+
+    // A double click on the gallery places as well, and an older version is there to be placed.
+    QTreeWidgetItem *gauge = rowOf(tree, QStringLiteral("Gauge"));
+    QCOMPARE(gauge->text(1), QStringLiteral("1.1.0"));
+    QCOMPARE(gauge->child(0)->text(1), QStringLiteral("1.0.0"));
+    Q_EMIT tree->itemActivated(gauge->child(0), 0);
+    QCOMPARE(bench.document()->current()->version(), QStringLiteral("1.0.0"));
+}
+
+void TestBenchWindow::valuesStayOverAChangeOfMode()
+{
+    const Bench bench;
+    PlacedWidget *gauge =
+        bench.document()->place(QStringLiteral("gauge"), QStringLiteral("1.1.0"), {300, 200});
+    type(bench, "maximum", QStringLiteral("77.5"));
+    const KORA::Widget *instance = gauge->widget();
+    QTest::keyClick(bench.canvas(), Qt::Key_F5);
+    QCOMPARE(bench.document()->mode(), BenchMode::Runtime);
+    QVERIFY(bench.get<QAction>("runtime")->isChecked());
+    QVERIFY(gauge->widget() && gauge->widget() != instance);
+    QCOMPARE(gauge->fieldValue(QStringLiteral("maximum")).toDouble(), 77.5);
+    QTest::keyClick(bench.canvas(), Qt::Key_F5, Qt::ShiftModifier);
+    QCOMPARE(bench.document()->mode(), BenchMode::Studio);
+    QCOMPARE(gauge->fieldValue(QStringLiteral("maximum")).toDouble(), 77.5);
+}
+
+void TestBenchWindow::tagsAndAlarmsReachTheWidget()
+{
+    const Bench bench;
+    Providers *plant = bench.document()->providers();
+    PlacedWidget *tank =
+        bench.document()->place(QStringLiteral("level_tank"), QStringLiteral("1.0.0"), {300, 200});
+    TagDefinition level;
+    level.name = QStringLiteral("TestLevel");
+    level.value = 41.5;
+    QVERIFY(plant->tags()->add(level));
+    const QString capacity = QStringLiteral("capacity");
+    bench.document()->setBinding(tank, capacity, level.name);
+    QCOMPARE(tank->fieldValue(capacity).toDouble(), 41.5);
+    QVERIFY(plant->tags()->setValue(level.name, 99.0));
+    QCOMPARE(tank->fieldValue(capacity).toDouble(), 99.0);
+    // The editor writes the tag.
+    type(bench, "capacity", QStringLiteral("12"));
+    QCOMPARE(plant->tags()->value(level.name).toDouble(), 12.0);
+
+    bench.document()->place(QStringLiteral("alarm_list"), QStringLiteral("1.0.0"), {400, 240});
+    QSignalSpy changes(plant->alarms(), &AlarmTable::alarmChanged);
+    const QString alarm = plant->alarms()->names().value(0);
+    QVERIFY(plant->alarms()->raise(alarm));
+    QCOMPARE(changes.size(), 1);
+    const auto isAlarm = [](const ActivityEntry &entry) {
+        return entry.what.contains(QLatin1String("alarm"), Qt::CaseInsensitive);
+    };
+    const auto &entries = bench.document()->activity()->entries();
+    QVERIFY(std::any_of(entries.begin(), entries.end(), isAlarm));
+}
+
+void TestBenchWindow::everyControlHasAName()
+{
+    const Bench bench;
+    bench.document()->place(QStringLiteral("gauge"), QStringLiteral("1.1.0"), {300, 200});
+    for (const char *const widget : {"alarm_list", "value_switch", "picture", "pump", "trend_chart"}) {
+        bench.document()->place(QLatin1String(widget), QStringLiteral("1.0.0"), {300, 200});
+        const auto managers = bench.fields()->fieldManagers();
+        for (FieldManager *manager : managers) {
+            manager->editor(); // rows out of sight have none yet
+        }
+        QCOMPARE(unnamedControls(bench).join(QLatin1Char('\n')), QString());
+    }
+    bench.trigger("palette");
+    bench.trigger("shortcuts");
+    bench.trigger("about");
+    const auto dialogs = bench.findChildren<QDialog *>();
+    QCOMPARE(dialogs.size(), 3);
+    for (const QDialog *dialog : dialogs) {
+        QCOMPARE(unnamedControls(*dialog).join(QLatin1Char('\n')), QString());
+    }
+}
+
+void TestBenchWindow::keysReachThePanes()
+{
+    const Bench bench;
+    const auto pane = [&bench] {
+        for (QWidget *each = bench.focusWidget(); each; each = each->parentWidget()) {
+            if (qobject_cast<QDockWidget *>(each) || each == bench.canvas()) {
+                return each->objectName();
+            }
+        }
+        return QString();
+    };
+    QTest::keyClick(bench.canvas(), Qt::Key_2, Qt::AltModifier);
+    QCOMPARE(pane(), QStringLiteral("activityDock"));
+    QTest::keyClick(bench.focusWidget(), Qt::Key_F, Qt::ControlModifier);
+    QCOMPARE(bench.focusWidget()->objectName(), QStringLiteral("activityFilter"));
+    QStringList order;
+    for (int i = 0; i < 5; ++i) {
+        QTest::keyClick(bench.focusWidget(), Qt::Key_F6);
+        order.append(pane());
+    }
+    const QStringList expected{QStringLiteral("canvas"), QStringLiteral("widgetsDock"),
+                               QStringLiteral("instancesDock"), QStringLiteral("fieldsDock"),
+                               QStringLiteral("activityDock")};
+    QCOMPARE(order, expected);
+    QTest::keyClick(bench.focusWidget(), Qt::Key_W, Qt::ControlModifier);
+    QVERIFY(bench.get<QDockWidget>("activityDock")->isHidden());
+    // A letter alone is never a key of the window: it is what is typed.
+    const auto actions = bench.findChildren<QAction *>();
+    for (const QAction *action : actions) {
+        const QString key = action->shortcut().toString();
+        QVERIFY2(key.size() != 1, qPrintable(action->text()));
+    }
+}
+
+void TestBenchWindow::instancesAreEditedInTheirPane()
+{
+    const Bench bench;
+    bench.document()->place(QStringLiteral("pump"), QStringLiteral("1.0.0"), {300, 200});
+    PlacedWidget *pump = bench.document()->current();
+    auto *tree = bench.get<QTreeWidget>("instancesTree");
+    QTRY_COMPARE(tree->topLevelItemCount(), 2);
+    const auto click = [tree](int row, int column) {
+        const QModelIndex index = tree->model()->index(row, column);
+        QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, tree->visualRect(index).center());
+    };
+    click(0, 2);
+    QVERIFY(!pump->isVisible());
+    click(0, 3);
+    QVERIFY(pump->isLocked());
+    click(0, 1);
+    QVERIFY(!pump->isRunning());
+
+    const auto rename = [&](const QString &name) {
+        bench.trigger("rename");
+        auto *editor = tree->findChild<QLineEdit *>();
+        QVERIFY(editor);
+        editor->setText(name);
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTRY_VERIFY(!tree->findChild<QLineEdit *>());
+    };
+    rename(QStringLiteral("feed"));
+    QCOMPARE(pump->name(), QStringLiteral("feed"));
+    rename(QStringLiteral("alarm_list1"));
+    QCOMPARE(pump->name(), QStringLiteral("feed"));
+    QTRY_COMPARE(tree->topLevelItem(0)->text(0), QStringLiteral("feed"));
+
+    // The topmost stands first.
+    bench.get<QToolButton>("instanceDown")->click();
+    QCOMPARE(bench.document()->widgets().first(), pump);
+    QTRY_COMPARE(tree->topLevelItem(1)->text(0), QStringLiteral("feed"));
+    click(0, 0);
+    QCOMPARE(bench.document()->current()->name(), QStringLiteral("alarm_list1"));
+}
+
+void TestBenchWindow::aWidgetThatEndedTheBenchIsNotAskedForItsIcon()
+{
+    const QString asked = QStringLiteral("icons/%1/asked").arg(QLatin1String(plantId));
+    {
+        const Bench bench;
+        QTRY_VERIFY(!BenchSettings().contains(asked));
+    }
+    // As a process leaves it that did not come back.
+    BenchSettings().setValue(asked, QStringLiteral("pump 1.0.0"));
+    for (int start = 0; start < 2; ++start) {
+        const Bench bench;
+        QTRY_VERIFY(!BenchSettings().contains(asked));
+        auto *tree = bench.get<QTreeWidget>("widgetsTree");
+        QVERIFY(rowOf(tree, QStringLiteral("Pump"))->toolTip(0).contains(QLatin1String("Ended the bench")));
+        QVERIFY(!rowOf(tree, QStringLiteral("Gauge"))->toolTip(0).contains(QLatin1String("Ended")));
+    }
+}
+
+void TestBenchWindow::layoutOutlivesTheWindow()
+{
+    {
+        Bench bench;
+        bench.resize(1280, 700);
+        bench.get<QDockWidget>("tagsDock")->setFloating(true);
+        bench.get<QDockWidget>("alarmsDock")->hide();
+        bench.close();
+    }
+    const Bench bench;
+    QCOMPARE(bench.size(), QSize(1280, 700));
+    QVERIFY(bench.get<QDockWidget>("tagsDock")->isFloating());
+    QVERIFY(bench.get<QDockWidget>("alarmsDock")->isHidden());
+    bench.trigger("resetLayout");
+    QVERIFY(!bench.get<QDockWidget>("tagsDock")->isFloating());
+    QVERIFY(!bench.get<QDockWidget>("alarmsDock")->isHidden());
+
+    // The page alone, and all panes back.
+    bench.trigger("canvasOnly");
+    QVERIFY(bench.get<QDockWidget>("fieldsDock")->isHidden());
+    bench.trigger("canvasOnly");
+    QVERIFY(!bench.get<QDockWidget>("fieldsDock")->isHidden());
+}
+
+void TestBenchWindow::narrowWindowsTabTheLeftPanes()
+{
+    Bench bench;
+    auto *widgets = bench.get<QDockWidget>("widgetsDock");
+    auto *instances = bench.get<QDockWidget>("instancesDock");
+    QVERIFY(!bench.tabifiedDockWidgets(widgets).contains(instances));
+    bench.resize(1000, 700);
+    QTRY_VERIFY(bench.tabifiedDockWidgets(widgets).contains(instances));
+    bench.resize(1366, 768);
+    QTRY_VERIFY(!bench.tabifiedDockWidgets(widgets).contains(instances));
+}
+
+void TestBenchWindow::paletteFindsActionsWidgetsAndFields()
+{
+    const Bench bench;
+    bench.document()->place(QStringLiteral("gauge"), QStringLiteral("1.1.0"), {300, 200});
+    const auto run = [&bench](const QString &typed) {
+        bench.trigger("palette");
+        auto *palette = bench.get<QDialog>("commandPalette");
+        auto *edit = palette->findChild<QLineEdit *>(QStringLiteral("paletteFilter"));
+        QTest::keyClicks(edit, typed);
+        QTest::keyClick(edit, Qt::Key_Return);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    };
+    run(QStringLiteral("runtime"));
+    QCOMPARE(bench.document()->mode(), BenchMode::Runtime);
+    run(QStringLiteral("place pump"));
+    QCOMPARE(bench.document()->current()->widgetId(), QStringLiteral("pump"));
+    run(QStringLiteral("field label"));
+    const auto controls =
+        bench.fields()->fieldManagers().value(QStringLiteral("label"))->editor()->controls();
+    QCOMPARE(bench.focusWidget(), controls.first());
+
+    QVERIFY(CommandPalette::match(QStringLiteral("zoom"), QStringLiteral("Zoom in"))
+            > CommandPalette::match(QStringLiteral("zi"), QStringLiteral("Zoom in")));
+    QVERIFY(CommandPalette::match(QStringLiteral("zx"), QStringLiteral("Zoom in")) < 0);
+}
+
+void TestBenchWindow::scenariosAndWindowStateComeBack()
+{
+    const QString path = m_dir.filePath(QStringLiteral("tank.json"));
+    QJsonObject view;
+    {
+        Bench bench;
+        bench.document()->place(QStringLiteral("level_tank"), QStringLiteral("1.0.0"), {300, 200});
+        type(bench, "capacity", QStringLiteral("31"));
+        bench.canvas()->setZoom(2);
+        bench.setScenarioPath(path);
+        QSignalSpy saved(&bench, &WidgetLibraryPluginTestWidget::scenarioSaved);
+        bench.trigger("saveScenario");
+        QCOMPARE(saved.size(), 1);
+        QVERIFY(!bench.isWindowModified());
+        view = bench.windowState();
+    }
+    Bench bench(WidgetLibraryPluginTestWidget::Start::Empty);
+    QVERIFY(bench.document()->widgets().isEmpty());
+    QVERIFY(bench.openScenario(path));
+    bench.restoreWindowState(view);
+    QCOMPARE(bench.document()->widgets().size(), 2);
+    QCOMPARE(bench.document()->current()->widgetId(), QStringLiteral("level_tank"));
+    QCOMPARE(bench.document()->current()->fieldValue(QStringLiteral("capacity")).toDouble(), 31.0);
+    QCOMPARE(bench.canvas()->zoom(), 2.0);
+    QVERIFY(!bench.openScenario(m_dir.filePath(QStringLiteral("none.json"))));
+    QCOMPARE(bench.banners().size(), 1);
+    QCOMPARE(bench.document()->widgets().size(), 2);
+
+    // Without code of the widgets: nothing runs until it is asked for.
+    Bench stopped(WidgetLibraryPluginTestWidget::Start::Stopped);
+    QVERIFY(stopped.openScenario(path));
+    QVERIFY(!stopped.document()->widgets().first()->widget());
+}
+
+void TestBenchWindow::aFolderThatCannotBeLoadedIsExplained()
+{
+    const QString folder = m_dir.filePath(QLatin1String(plantId));
+    QVERIFY(QDir().mkpath(folder + QStringLiteral("/linux/arm64")));
+    WidgetLibraryPluginTestWidget bench;
+    bench.show();
+    QVERIFY(!bench.openPluginFolder(folder));
+    const auto *card = bench.findChild<ErrorCard *>();
+    QVERIFY(card->isVisible());
+    QVERIFY2(card->text().contains(QLatin1String("librar")), qPrintable(card->text()));
+    QVERIFY(card->text().contains(QLatin1String("The loader says")));
+    const auto *problems = bench.findChild<QTreeWidget *>(QStringLiteral("problemsList"));
+    QVERIFY(problems->topLevelItemCount() >= 2);
+    // Another folder can be opened in its place.
+    QVERIFY(bench.openPluginFolder(plantFolder()));
+    QVERIFY(!card->isVisible());
+    QCOMPARE(problems->topLevelItemCount(), 0);
+    QVERIFY(!bench.openPluginFolder(plantFolder()));
+    QCOMPARE(bench.banners().size(), 1);
+}
+
+KORA_TEST_MAIN(TestBenchWindow)
+
+#include "tst_benchwindow.moc"
