@@ -28,7 +28,8 @@ const WidgetLibraryPluginMetaInformation &library()
 {
     static const WidgetLibraryPluginMetaInformation info = [] {
         WidgetLibraryPluginMetaInformation result;
-        WidgetLibraryPluginUtils::metaInformationFromMetaData(pluginMetaData({untranslatedId, 100, 10}), result);
+        WidgetLibraryPluginUtils::metaInformationFromMetaData(pluginMetaData({untranslatedId, 100, 10}),
+                                                              result);
         return result;
     }();
     return info;
@@ -37,7 +38,8 @@ const WidgetLibraryPluginMetaInformation &library()
 int writeProperties(QXmlStreamWriter &writer)
 {
     writer.writeStartElement(QStringLiteral("defs"));
-    const int code = WidgetLibraryPluginUtils::studioPropertiesFromMetaInformation(library(), writer, language);
+    const int code =
+        WidgetLibraryPluginUtils::studioPropertiesFromMetaInformation(library(), writer, language);
     writer.writeEndElement();
     return code;
 }
@@ -183,7 +185,8 @@ struct OneLibrary
 {
     OneLibrary()
     {
-        isLoaded = loader.loadFromPluginPath(QStringLiteral(KORA_BENCHMARK_LARGE_PLUGIN), QString()) && loader.init();
+        isLoaded = loader.loadFromPluginPath(QStringLiteral(KORA_BENCHMARK_LARGE_PLUGIN), QString())
+                   && loader.init();
         folder = isLoaded ? dir.filePath(loader.pluginData().firstKey()) : QString();
     }
 
@@ -250,7 +253,8 @@ private:
 void filesOurs(benchmark::State &state)
 {
     OneLibrary library;
-    if (require(state, library.isLoaded && library.generate() && !Files(library.folder).isEmpty(), "no files")) {
+    if (require(state, library.isLoaded && library.generate() && !Files(library.folder).isEmpty(),
+                "no files")) {
         measure(state, [&] { benchmark::DoNotOptimize(library.generate()); });
     }
 }

@@ -150,8 +150,8 @@ void hostWriteOurs(benchmark::State &state)
     for (int i = 0; i < fieldCount; ++i) {
         write();
     }
-    const bool heard = live.widget.events == fieldCount
-                       && (live.items.empty() || live.items.back()->events == fieldCount);
+    const bool heard =
+        live.widget.events == fieldCount && (live.items.empty() || live.items.back()->events == fieldCount);
     if (require(state, heard, "no event")) {
         measure(state, write);
     }
@@ -164,15 +164,17 @@ void hostWriteQt(benchmark::State &state)
     for (int i = 0; i < state.range(0); ++i) {
         listeners.push_back(std::make_unique<Listener>());
         for (int field = 0; field < fieldCount; ++field) {
-            const QMetaProperty property = Properties::staticMetaObject.property(
-                Properties::staticMetaObject.propertyOffset() + field);
-            QObject::connect(&properties, property.notifySignal(), listeners.back().get(),
-                             Listener::staticMetaObject.method(Listener::staticMetaObject.indexOfSlot("count()")));
+            const QMetaProperty property =
+                Properties::staticMetaObject.property(Properties::staticMetaObject.propertyOffset() + field);
+            QObject::connect(
+                &properties, property.notifySignal(), listeners.back().get(),
+                Listener::staticMetaObject.method(Listener::staticMetaObject.indexOfSlot("count()")));
         }
     }
     Writes writes;
     const auto write = [&] {
-        benchmark::DoNotOptimize(properties.setProperty(latinNames()[writes.next()].constData(), writes.value()));
+        benchmark::DoNotOptimize(
+            properties.setProperty(latinNames()[writes.next()].constData(), writes.value()));
     };
     write();
     const bool heard = listeners.empty() || listeners.back()->changes == 1;
@@ -236,8 +238,9 @@ void pluginWriteQt(benchmark::State &state)
     // The map emits valueChanged() for writes of QML only; its properties' own signals tell of others.
     Listener listener;
     for (int i = map.metaObject()->propertyOffset(); i < map.metaObject()->propertyCount(); ++i) {
-        QObject::connect(&map, map.metaObject()->property(i).notifySignal(), &listener,
-                         Listener::staticMetaObject.method(Listener::staticMetaObject.indexOfSlot("count()")));
+        QObject::connect(
+            &map, map.metaObject()->property(i).notifySignal(), &listener,
+            Listener::staticMetaObject.method(Listener::staticMetaObject.indexOfSlot("count()")));
     }
     QObject::connect(&map, &QQmlPropertyMap::valueChanged, &listener, [&] { ++received; });
     Writes writes;

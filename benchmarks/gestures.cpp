@@ -184,7 +184,8 @@ private:
             point.id = finger;
             point.state = state;
             point.area.setSize({8, 8});
-            point.area.moveCenter(m_view.mapToGlobal(QPoint(100 + 100 * finger + (finger ? 2 : 1) * m_step, 100 + m_step)));
+            point.area.moveCenter(
+                m_view.mapToGlobal(QPoint(100 + 100 * finger + (finger ? 2 : 1) * m_step, 100 + m_step)));
             points.append(point);
         }
         QWindowSystemInterface::handleTouchEvent<QWindowSystemInterface::SynchronousDelivery>(
@@ -221,9 +222,10 @@ void update(benchmark::State &state, const std::vector<Qt::GestureType> &types)
 void updateOurs(benchmark::State &state)
 {
     using Object = KORA::GraphicsObject;
-    update(state, {Object::pan1TouchGestureType(), Object::pan2TouchesGestureType(), Object::pan3TouchesGestureType(),
-                   Object::swipe1TouchGestureType(), Object::swipe2TouchesGestureType(),
-                   Object::swipe3TouchesGestureType(), Object::pinchGestureType()});
+    update(state, {Object::pan1TouchGestureType(), Object::pan2TouchesGestureType(),
+                   Object::pan3TouchesGestureType(), Object::swipe1TouchGestureType(),
+                   Object::swipe2TouchesGestureType(), Object::swipe3TouchesGestureType(),
+                   Object::pinchGestureType()});
 }
 
 void updateQt(benchmark::State &state)

@@ -82,7 +82,8 @@ Cost plugins(int count)
         return {0, 0, false};
     }
     auto *loader = new PluginLoader; // for ever, as the libraries
-    return costOf([&] { return loader->loadFromDir(path, {}) && loader->pluginData().size() == count; }, [] {}, 1);
+    return costOf([&] { return loader->loadFromDir(path, {}) && loader->pluginData().size() == count; },
+                  [] {}, 1);
 }
 
 Cost reading(int widgets, int fields)
@@ -110,8 +111,8 @@ Cost fields(int count)
 Cost instances(int count)
 {
     KORA::WidgetLibraryPlugin library;
-    library.registerWidget(QStringLiteral("gauge"), QStringLiteral("1.0.0"), &CountingWidget::staticMetaObject,
-                           &CountingItem::staticMetaObject);
+    library.registerWidget(QStringLiteral("gauge"), QStringLiteral("1.0.0"),
+                           &CountingWidget::staticMetaObject, &CountingItem::staticMetaObject);
     NoServices services;
     const KORA::WidgetData data = widgetData();
     std::vector<KORA::Widget *> made;
@@ -121,10 +122,11 @@ Cost instances(int count)
         for (int i = 0; i < count; ++i) {
             auto *widget = static_cast<KORA::Widget *>(
                 WidgetLibraryPluginPrivateAccessor::priv(&library)->newWidgetInstance(
-                    QStringLiteral("gauge"), QStringLiteral("1.0.0"), data.pluginId, data.fieldInfo, &services));
+                    QStringLiteral("gauge"), QStringLiteral("1.0.0"), data.pluginId, data.fieldInfo,
+                    &services));
             made.push_back(widget);
-            scene->addItem(
-                static_cast<CountingItem *>(WidgetPrivateAccessor::priv(widget)->newGraphicsObjectInstance()));
+            scene->addItem(static_cast<CountingItem *>(
+                WidgetPrivateAccessor::priv(widget)->newGraphicsObjectInstance()));
         }
         return made.back()->graphicsObjectsList().size() == 1;
     };
@@ -144,14 +146,16 @@ Cost lines(int count)
 {
     static int received;
     received = 0;
-    KORA::koraInstallLogMessageHandlerPrivate([](int, const QString &, const QString &, void *) { ++received; }, nullptr);
+    KORA::koraInstallLogMessageHandlerPrivate(
+        [](int, const QString &, const QString &, void *) { ++received; }, nullptr);
     const auto log = [&] {
         for (int i = 0; i < count; ++i) {
             KORA::LogHandler(QString(), nullptr, 0, nullptr, "PLUMBING").warning().debug() << "pressure" << i;
         }
         return received > 0 && received % count == 0;
     };
-    const Cost cost = costOf(log, [] {}, 3);
+    const Cost cost = costOf(
+        log, [] {}, 3);
     KORA::koraUninstallLogMessageHandlerPrivate();
     return cost;
 }
@@ -160,15 +164,19 @@ Cost lines(int count)
 Cost elements(int count)
 {
     WidgetLibraryPluginMetaInformation info;
-    WidgetLibraryPluginUtils::metaInformationFromMetaData(pluginMetaData({untranslatedId, count / 10, 10}), info);
+    WidgetLibraryPluginUtils::metaInformationFromMetaData(pluginMetaData({untranslatedId, count / 10, 10}),
+                                                          info);
     QByteArray document;
     const auto write = [&] {
         QXmlStreamWriter writer(&document);
         writer.setAutoFormatting(true);
-        return WidgetLibraryPluginUtils::studioPropertiesFromMetaInformation(info, writer, QStringLiteral("en-US")) == 0
+        return WidgetLibraryPluginUtils::studioPropertiesFromMetaInformation(info, writer,
+                                                                             QStringLiteral("en-US"))
+                   == 0
                && document.count("<text ") >= count;
     };
-    return costOf(write, [&] { document = QByteArray(); }, 3);
+    return costOf(
+        write, [&] { document = QByteArray(); }, 3);
 }
 
 // Events are the changes of as many fields of one widget.
@@ -191,7 +199,8 @@ Cost events(int count)
         }
         return widget.events == qint64(value) * count;
     };
-    return costOf(write, [] {}, 3);
+    return costOf(
+        write, [] {}, 3);
 }
 
 } // namespace

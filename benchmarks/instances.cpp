@@ -21,7 +21,8 @@ class Library : public KORA::WidgetLibraryPlugin
 public:
     Library()
     {
-        registerWidget(widgetId, widgetVersion, &CountingWidget::staticMetaObject, &CountingItem::staticMetaObject);
+        registerWidget(widgetId, widgetVersion, &CountingWidget::staticMetaObject,
+                       &CountingItem::staticMetaObject);
     }
 
     KORA::WidgetLibraryPluginPrivate &d() { return *WidgetLibraryPluginPrivateAccessor::priv(this); }
@@ -49,7 +50,8 @@ void widgetOurs(benchmark::State &state)
     const KORA::WidgetData data = widgetData();
     const auto make = [&] { return newWidget(library, data, services); };
     KORA::Widget *first = make();
-    if (!require(state, qobject_cast<CountingWidget *>(first) && first->version() == widgetVersion, "no widget")) {
+    if (!require(state, qobject_cast<CountingWidget *>(first) && first->version() == widgetVersion,
+                 "no widget")) {
         return;
     }
     destroy(first);
@@ -102,7 +104,8 @@ void placeQt(const KORA::WidgetData &data, Placed &result)
     for (int i = 0; i < placed; ++i) {
         QObject *widget = CountingWidget::staticMetaObject.newInstance(Q_ARG(KORA::WidgetData, data));
         result.widgets.push_back(widget);
-        const KORA::GraphicsObjectData itemData{data.id, data.version, static_cast<KORA::Widget *>(widget), nullptr};
+        const KORA::GraphicsObjectData itemData{data.id, data.version, static_cast<KORA::Widget *>(widget),
+                                                nullptr};
         QObject *item = CountingItem::staticMetaObject.newInstance(Q_ARG(KORA::GraphicsObjectData, itemData));
         QObject::connect(item, &QObject::destroyed, widget, [] {});
         result.scene.addItem(static_cast<CountingItem *>(item));

@@ -39,8 +39,8 @@ const QString &expectedLine()
 
 void useQtPattern()
 {
-    qSetMessagePattern(
-        QStringLiteral("[%{time yyyy-MM-ddThh:mm:ss}][%{if-warning}WARNING%{endif}][%{category}]: %{message}"));
+    qSetMessagePattern(QStringLiteral(
+        "[%{time yyyy-MM-ddThh:mm:ss}][%{if-warning}WARNING%{endif}][%{category}]: %{message}"));
 }
 
 // One line from message to text -----------------------------------------------------------------------------
@@ -52,9 +52,7 @@ void formatOurs(benchmark::State &state)
                  "another line")) {
         return;
     }
-    measure(state, [&] {
-        benchmark::DoNotOptimize(koraFormatLogMessage(QtWarningMsg, context(), message));
-    });
+    measure(state, [&] { benchmark::DoNotOptimize(koraFormatLogMessage(QtWarningMsg, context(), message)); });
 }
 
 void formatQt(benchmark::State &state)
@@ -70,8 +68,8 @@ void formatQt(benchmark::State &state)
 
 void formatSpdlog(benchmark::State &state)
 {
-    spdlog::pattern_formatter formatter("[%Y-%m-%dT%H:%M:%S][WARNING][%n]: %v", spdlog::pattern_time_type::local,
-                                        "");
+    spdlog::pattern_formatter formatter("[%Y-%m-%dT%H:%M:%S][WARNING][%n]: %v",
+                                        spdlog::pattern_time_type::local, "");
     const auto format = [&] {
         spdlog::memory_buf_t line;
         const spdlog::details::log_msg message(category, spdlog::level::warn, text);
@@ -125,8 +123,7 @@ const QString &vessel()
 
 void logOurs()
 {
-    KORA::LogHandler(QString(), nullptr, 0, nullptr, category).warning().debug()
-        << vessel() << 12 << "mbar";
+    KORA::LogHandler(QString(), nullptr, 0, nullptr, category).warning().debug() << vessel() << 12 << "mbar";
 }
 
 void logQt()

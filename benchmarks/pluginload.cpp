@@ -28,8 +28,8 @@ using Loaders = std::vector<std::unique_ptr<QPluginLoader>>;
 /// What a process is told: the plugins and how many there are.
 struct Plugins
 {
-    QString dir;   ///< a folder per plugin
-    QString flat;  ///< all files in one folder
+    QString dir;  ///< a folder per plugin
+    QString flat; ///< all files in one folder
     QStringList paths;
     int count() const { return paths.size(); }
 };

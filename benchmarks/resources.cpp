@@ -55,7 +55,8 @@ void secondRunOurs(benchmark::State &state)
 {
     const QString index = folder().resources.filePath(QStringLiteral("index.json"));
     const QByteArray before = contentOf(index);
-    if (require(state, folder().isReady && folder().run() && before.size() > 500 * 100 && contentOf(index) == before,
+    if (require(state,
+                folder().isReady && folder().run() && before.size() > 500 * 100 && contentOf(index) == before,
                 "something has changed")) {
         measure(state, [] { benchmark::DoNotOptimize(folder().run()); });
     }
@@ -71,7 +72,8 @@ bool rawRun()
     bool isSame = folders.size() == pluginCount;
     for (const QJsonValue &value : document.object().value(QStringLiteral("extraResourceInfo")).toArray()) {
         const QJsonObject entry = value.toObject();
-        const PluginData *plugin = folder().loader.pluginDataByPluginId(entry.value(QStringLiteral("id")).toString());
+        const PluginData *plugin =
+            folder().loader.pluginDataByPluginId(entry.value(QStringLiteral("id")).toString());
         const QDateTime time =
             QDateTime::fromString(entry.value(QStringLiteral("modification")).toString(), Qt::ISODateWithMs);
         isSame = isSame && plugin && QFileInfo(plugin->libraryPath()).lastModified() == time;

@@ -73,9 +73,9 @@ inline KORA::WidgetData widgetData()
     data.version = KORA::INTERNAL::VersionType(1, 0, 0);
     data.pluginId = QStringLiteral("5b5e9c10-0000-4000-8000-00000000f00d");
     for (int i = 0; i < fieldCount; ++i) {
-        data.fieldInfo.insert(fieldName(i), KORA::INTERNAL::FieldInfo(true, true, false,
-                                                                      KORA::INTERNAL::FieldTypeInteger,
-                                                                      QMetaType::UnknownType));
+        data.fieldInfo.insert(fieldName(i),
+                              KORA::INTERNAL::FieldInfo(true, true, false, KORA::INTERNAL::FieldTypeInteger,
+                                                        QMetaType::UnknownType));
     }
     data.graphicsObjectClass = &CountingItem::staticMetaObject;
     return data;

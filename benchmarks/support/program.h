@@ -30,7 +30,8 @@ public:
     static QByteArray runningName;
 
 private:
-    benchmark::internal::Benchmark *registered(const char *name, const QByteArray &fullName, Function function);
+    benchmark::internal::Benchmark *registered(const char *name, const QByteArray &fullName,
+                                               Function function);
 
     QApplication m_application;
 };

@@ -208,22 +208,19 @@ int FieldReader::readDefaultValue()
     }
     const FieldTypeTraits &traits = fieldTypeTraits(m_field.type);
     const bool isMultiLanguage = traits.isText && value(MultiLanguage).toBool();
-    const bool ok =
-        isMultiLanguage ? readTexts(found) : traits.fromJson(found, m_field.defaultValue);
+    const bool ok = isMultiLanguage ? readTexts(found) : traits.fromJson(found, m_field.defaultValue);
     return ok ? MetaDataNoError : FieldDefaultValueNotValid;
 }
 
 int FieldReader::readReadOnly()
 {
-    return readOptionalFlag(value(ReadOnly), m_field.readOnly) ? MetaDataNoError
-                                                                     : FieldReadOnlyNotValid;
+    return readOptionalFlag(value(ReadOnly), m_field.readOnly) ? MetaDataNoError : FieldReadOnlyNotValid;
 }
 
 int FieldReader::readGroup()
 {
     const QJsonValue found = value(Group);
-    const bool ok =
-        found.isUndefined() || (found.isString() && takeText(found, m_field.group));
+    const bool ok = found.isUndefined() || (found.isString() && takeText(found, m_field.group));
     return ok ? MetaDataNoError : FieldGroupNotValid;
 }
 
@@ -266,7 +263,7 @@ int FieldReader::readTagAcceptedTypes()
 int FieldReader::readTagOnDemand()
 {
     return readOptionalFlag(value(TagOnDemand), m_field.tagOnDemand) ? MetaDataNoError
-                                                                           : FieldTagOnDemandNotValid;
+                                                                     : FieldTagOnDemandNotValid;
 }
 
 int FieldReader::readBound(const QJsonValue &value, QVariant &bound, int code) const

@@ -206,6 +206,37 @@ const QString &timeText(Token &token, qint64 milliseconds)
     return token.secondText;
 }
 
+// Appends the text of a token that is neither the message nor a time nor a condition nor their end.
+void appendToken(QString &line, const Token &token, QtMsgType type, const QMessageLogContext &context)
+{
+    switch (token.kind) {
+    case TokenKind::Type:
+        line += typeText(type);
+        break;
+    case TokenKind::Category:
+        line += textOr(context.category, "");
+        break;
+    case TokenKind::File:
+        line += textOr(context.file, "unknown");
+        break;
+    case TokenKind::Line:
+        line += QString::number(context.line);
+        break;
+    case TokenKind::Function:
+        line += textOr(context.function, "unknown");
+        break;
+    case TokenKind::Pid:
+        line += QString::number(QCoreApplication::applicationPid());
+        break;
+    case TokenKind::Thread:
+        line += QString::number(reinterpret_cast<quintptr>(QThread::currentThreadId()));
+        break;
+    default:
+        line += token.text;
+        break;
+    }
+}
+
 LogMessagePattern::LogMessagePattern()
 {
     timer.start();
@@ -232,49 +263,20 @@ void LogMessagePattern::format(QtMsgType type, const QMessageLogContext &context
 {
     bool skip = false;
     for (Token &token : tokens) {
-        if (skip && token.kind != TokenKind::EndIf) {
-            continue;
-        }
-        switch (token.kind) {
-        case TokenKind::Literal:
-            line += token.text;
-            break;
-        case TokenKind::Type:
-            line += typeText(type);
-            break;
-        case TokenKind::Category:
-            line += textOr(context.category, "");
-            break;
-        case TokenKind::Message:
-            line += message;
-            break;
-        case TokenKind::File:
-            line += textOr(context.file, "unknown");
-            break;
-        case TokenKind::Line:
-            line += QString::number(context.line);
-            break;
-        case TokenKind::Function:
-            line += textOr(context.function, "unknown");
-            break;
-        case TokenKind::Pid:
-            line += QString::number(QCoreApplication::applicationPid());
-            break;
-        case TokenKind::Thread:
-            line += QString::number(reinterpret_cast<quintptr>(QThread::currentThreadId()));
-            break;
-        case TokenKind::Time:
-            line += timeText(token, milliseconds);
-            break;
-        case TokenKind::IfNotInfo:
-            skip = type == QtInfoMsg;
-            break;
-        case TokenKind::IfCategory:
-            skip = isDefaultCategory(context.category);
-            break;
-        case TokenKind::EndIf:
+        if (token.kind == TokenKind::EndIf) {
             skip = false;
-            break;
+        } else if (skip) {
+            continue;
+        } else if (token.kind == TokenKind::IfNotInfo) {
+            skip = type == QtInfoMsg;
+        } else if (token.kind == TokenKind::IfCategory) {
+            skip = isDefaultCategory(context.category);
+        } else if (token.kind == TokenKind::Message) {
+            line += message;
+        } else if (token.kind == TokenKind::Time) {
+            line += timeText(token, milliseconds);
+        } else {
+            appendToken(line, token, type, context);
         }
     }
 }

@@ -52,7 +52,7 @@ public:
     INTERNAL::VersionType version;
     QString pluginId;
     const QMetaObject *graphicsObjectClass;
-    InvokableConstructor graphicsObjectConstructor; // of that class
+    InvokableConstructor graphicsObjectConstructor;    // of that class
     QPointer<WidgetActionManager> widgetActionManager; // not owned
     QList<GraphicsObject *> graphicsObjects;           // not owned
 

@@ -10,10 +10,10 @@
 
 #include <functional>
 
+#include <kora/core/files_p.h>
 #include <kora/core/versiontype.h>
 #include <kora/core/widgetlibrarypluginutils.h>
 #include <kora/loader/studio/gallerygroups_p.h>
-#include <kora/core/files_p.h>
 #include <kora/loader/studio/resourcefiles_p.h>
 
 namespace KORA {

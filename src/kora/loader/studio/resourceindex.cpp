@@ -10,11 +10,11 @@
 
 #include <iterator>
 
+#include <kora/core/files_p.h>
 #include <kora/core/jsonreading_p.h>
 #include <kora/core/jsontext_p.h>
 #include <kora/core/uuid_p.h>
 #include <kora/core/versiontype.h>
-#include <kora/core/files_p.h>
 #include <kora/loader/studio/resourcefiles_p.h>
 
 namespace KORA {
@@ -126,8 +126,10 @@ QByteArray toJson(const Index &index)
         appendMember(json, Id, entry.key(), nextMember);
         appendMember(json, LanguageId, entry->languageId, nextMember);
         appendMember(json, LibraryVersion, entry->libraryVersion, nextMember);
-        appendMember(json, Modification, entry->modification.toString(Qt::ISODateWithMs), QLatin1String("\n"));
-        json += std::next(entry) == index.constEnd() ? QLatin1String("        }\n") : QLatin1String("        },\n");
+        appendMember(json, Modification, entry->modification.toString(Qt::ISODateWithMs),
+                     QLatin1String("\n"));
+        json += std::next(entry) == index.constEnd() ? QLatin1String("        }\n")
+                                                     : QLatin1String("        },\n");
     }
     json += QLatin1String("    ]\n}\n");
     return json.toUtf8();
