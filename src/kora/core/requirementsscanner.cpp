@@ -138,11 +138,9 @@ bool isRequirementsText(const QString &requirements)
     return Scanner(requirements).scan(nullptr);
 }
 
-QStringList requiredFieldIds(const QString &requirements)
+bool scanRequirements(const QString &requirements, QStringList &fieldIds)
 {
-    QStringList fieldIds;
-    Scanner(requirements).scan(&fieldIds);
-    return fieldIds;
+    return Scanner(requirements).scan(&fieldIds);
 }
 
 bool isIdentifierText(const QString &text)

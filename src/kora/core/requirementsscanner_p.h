@@ -18,8 +18,8 @@ namespace INTERNAL {
 /// 21 letters are then refused.
 bool isRequirementsText(const QString &requirements);
 
-/// The field ids that a valid text names, in its order; none for an empty text.
-QStringList requiredFieldIds(const QString &requirements);
+/// Checks the same and collects the field ids that the text names.
+bool scanRequirements(const QString &requirements, QStringList &fieldIds);
 
 /// Whether the text is made of ASCII letters, digits and "_" alone; an empty one is.
 bool isIdentifierText(const QString &text);

@@ -211,8 +211,9 @@ int WidgetReader::readFields()
 int WidgetReader::checkRequirements()
 {
     for (const FieldMetaInformation &field : qAsConst(m_widget.fields)) {
-        const QStringList fieldIds = requiredFieldIds(field.requirements());
-        for (const QString &fieldId : fieldIds) {
+        QStringList fieldIds;
+        scanRequirements(field.requirements(), fieldIds); // an empty text names none, others are valid by now
+        for (const QString &fieldId : qAsConst(fieldIds)) {
             if (!canBeRequired(fieldId)) {
                 return FieldRequirementsNotValid;
             }
