@@ -5,6 +5,9 @@
 
 #include <support/testmain.h>
 
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
 #include <QtGui/QColor>
 #include <QtTest/QtTest>
 
@@ -62,6 +65,7 @@ private slots:
     void aValueIsReadFromText_data();
     void aValueIsReadFromText();
     void whatIsWrittenIsReadAgain();
+    void jsonIsWrittenAsByQt();
     void aFontIsReadStrictly_data();
     void aFontIsReadStrictly();
     void aFontIsReadLeniently_data();
@@ -196,6 +200,29 @@ void tst_FieldValues::whatIsWrittenIsReadAgain()
         COMPARE_VARIANTS(
             Utils::fieldValueFromString(value.first, Utils::fieldValueToString(value.first, value.second)),
             value.second);
+}
+
+// All characters, pairs of surrogates and halves of them.
+void tst_FieldValues::jsonIsWrittenAsByQt()
+{
+    QStringList texts{QString(), QString::fromUtf8("a \"\xf0\x9f\x9a\xb0\" \xc3\xa4\n")};
+    for (int c = 0; c <= 0xffff; ++c) {
+        texts.append(QString(QChar(c)) + QLatin1Char('x'));
+    }
+    const auto json = [](const QJsonDocument &document) {
+        return QString::fromUtf8(document.toJson(QJsonDocument::Compact));
+    };
+    const QString list = Utils::fieldValueToString(FieldTypeStringList, texts);
+    QVERIFY(list == json(QJsonDocument(QJsonArray::fromStringList(texts))));
+
+    QJsonArray entries;
+    StringMap map;
+    for (int i = 0; i < texts.size(); ++i) {
+        map.insert(i, texts.at(i));
+        entries.append(QJsonObject{{QStringLiteral("i"), i}, {QStringLiteral("v"), texts.at(i)}});
+    }
+    QVERIFY(Utils::fieldValueToString(FieldTypeStringMap, QVariant::fromValue(map))
+            == json(QJsonDocument(entries)));
 }
 
 void tst_FieldValues::aFontIsReadStrictly_data()

@@ -5,6 +5,7 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
+#include <QtCore/QJsonDocument>
 #include <QtCore/QTemporaryDir>
 
 #include <kora/loader/pluginloader.h>
@@ -104,11 +105,14 @@ void ResourceIndexTest::writtenIndexReadsBack()
     const QByteArray bytes = read();
     QVERIFY(bytes.indexOf(idA.toUtf8()) < bytes.indexOf(idB.toUtf8()));
     QVERIFY(bytes.contains("\"modification\": \"2024-05-17T09:03:11.123\""));
+    QCOMPARE(bytes, QJsonDocument::fromJson(bytes).toJson());
     Index again;
     QVERIFY(PluginLoader::readExtraResourcesIndexFile(m_path, again));
     QCOMPARE(textOf(again), textOf(index));
     QVERIFY(PluginLoader::writeExtraResourcesIndexFile(m_path, again));
     QCOMPARE(read(), bytes);
+    QVERIFY(PluginLoader::writeExtraResourcesIndexFile(m_path, {}));
+    QCOMPARE(read(), QJsonDocument::fromJson(read()).toJson());
     QCOMPARE(QDir(m_dir->path()).entryList(QDir::Files), QStringList{QStringLiteral("index.json")});
 }
 

@@ -19,25 +19,34 @@ namespace INTERNAL {
 
 namespace {
 
-const QLatin1String idKey("id");
-const QLatin1String typeKey("type");
-const QLatin1String displayKey("display");
-const QLatin1String descriptionKey("description");
-const QLatin1String tagCanBeAttachedKey("tagCanBeAttached");
-const QLatin1String defaultValueKey("defaultValue");
-const QLatin1String readOnlyKey("readOnly");
-const QLatin1String groupKey("group");
-const QLatin1String privateKey("private");
-const QLatin1String requirementsKey("requirements");
-const QLatin1String tagAcceptedTypesKey("tagAcceptedTypes");
-const QLatin1String tagOnDemandKey("tagOnDemand");
-const QLatin1String minimumKey("minimum");
-const QLatin1String maximumKey("maximum");
-const QLatin1String optionsKey("options");
+// In the order of FieldReader::Key.
+const char *const keyNames[] = {
+    "id",
+    "type",
+    "display",
+    "description",
+    "tagCanBeAttached",
+    "defaultValue",
+    "readOnly",
+    "group",
+    "private",
+    "requirements",
+    "tagAcceptedTypes",
+    "tagOnDemand",
+    "minimum",
+    "maximum",
+    "options",
+    "multiLanguage",
+    "defaultFont",
+    "displayFontFamily",
+    "displayFontSize",
+    "displayFontBold",
+    "displayFontStyle",
+    "displayFontUnderline",
+};
+
 const QLatin1String optionIndexKey("index");
 const QLatin1String optionTextKey("option");
-const QLatin1String multiLanguageKey("multiLanguage");
-const QLatin1String defaultFontKey("defaultFont");
 const QLatin1String mapIndexKey("i");
 const QLatin1String mapTextKey("v");
 
@@ -85,12 +94,19 @@ void sortUnique(QVector<TagType> &types)
 } // namespace
 
 FieldReader::FieldReader(const QJsonObject &object, const QString &pluginId, TranslatableStringList &texts)
-    : m_object(object)
+    : m_members(membersOf(object))
     , m_pluginId(pluginId)
     , m_texts(texts)
 {}
 
-int FieldReader::read(FieldMetaInformation &field)
+FieldReader::Members FieldReader::membersOf(const QJsonObject &object)
+{
+    static_assert(std::size(keyNames) == KeyCount);
+    static const JsonKeyTable keys = jsonKeyTable(keyNames);
+    return {object, keys};
+}
+
+int FieldReader::read()
 {
     using Step = int (FieldReader::*)();
     static const Step steps[] = {
@@ -117,55 +133,54 @@ int FieldReader::read(FieldMetaInformation &field)
         }
     }
     m_field.isValid = true;
-    field = FieldMetaInformation(m_field);
     return MetaDataNoError;
 }
 
 int FieldReader::readId()
 {
-    const auto found = m_object.constFind(idKey);
-    if (found == m_object.constEnd()) {
+    const QJsonValue found = value(Id);
+    if (found.isUndefined()) {
         return FieldIdNotPresent;
     }
-    m_field.id = found.value().toString();
-    return found.value().isString() && isIdentifierText(m_field.id) ? MetaDataNoError : FieldIdNotValid;
+    m_field.id = found.toString();
+    return found.isString() && isIdentifierText(m_field.id) ? MetaDataNoError : FieldIdNotValid;
 }
 
 int FieldReader::readType()
 {
-    const auto found = m_object.constFind(typeKey);
-    if (found == m_object.constEnd()) {
+    const QJsonValue found = value(Type);
+    if (found.isUndefined()) {
         return FieldTypeNotPresent;
     }
-    m_field.type = WidgetLibraryPluginMetaInformation::fieldTypeFromString(found.value().toString());
+    m_field.type = WidgetLibraryPluginMetaInformation::fieldTypeFromString(found.toString());
     return m_field.type == FieldTypeUndefined ? FieldTypeNotValid : MetaDataNoError;
 }
 
 int FieldReader::readDisplay()
 {
-    const auto found = m_object.constFind(displayKey);
-    if (found == m_object.constEnd()) {
+    const QJsonValue found = value(Display);
+    if (found.isUndefined()) {
         return FieldDisplayNotPresent;
     }
-    return takeText(found.value(), m_field.display) ? MetaDataNoError : FieldDisplayNotValid;
+    return takeText(found, m_field.display) ? MetaDataNoError : FieldDisplayNotValid;
 }
 
 int FieldReader::readDescription()
 {
-    const auto found = m_object.constFind(descriptionKey);
-    const bool ok = found == m_object.constEnd() || takeText(found.value(), m_field.description);
+    const QJsonValue found = value(Description);
+    const bool ok = found.isUndefined() || takeText(found, m_field.description);
     return ok ? MetaDataNoError : FieldDescriptionNotValid;
 }
 
 int FieldReader::readTagCanBeAttached()
 {
-    if (m_field.type == FieldTypeTrend && m_object.contains(tagCanBeAttachedKey)) {
+    if (m_field.type == FieldTypeTrend && !value(TagCanBeAttached).isUndefined()) {
         return refuse(
             "An error occurred reading field '%1': you can not specify tagCanBeAttached for trend field",
             FieldTagCanBeAttachedNotValid);
     }
     m_field.tagCanBeAttached = m_field.type == FieldTypeTag; // what such a field is there for
-    if (!readOptionalFlag(m_object, tagCanBeAttachedKey, m_field.tagCanBeAttached)) {
+    if (!readOptionalFlag(value(TagCanBeAttached), m_field.tagCanBeAttached)) {
         return FieldTagCanBeAttachedNotValid;
     }
     if (m_field.type == FieldTypeTag && !m_field.tagCanBeAttached) {
@@ -178,8 +193,8 @@ int FieldReader::readTagCanBeAttached()
 
 int FieldReader::readDefaultValue()
 {
-    const auto found = m_object.constFind(defaultValueKey);
-    if (found == m_object.constEnd()) {
+    const QJsonValue found = value(DefaultValue);
+    if (found.isUndefined()) {
         return MetaDataNoError;
     }
     if (m_field.type == FieldTypeTag) {
@@ -192,52 +207,48 @@ int FieldReader::readDefaultValue()
             FieldDefaultValueNotValid);
     }
     const FieldTypeTraits &traits = fieldTypeTraits(m_field.type);
-    const bool isMultiLanguage = traits.isText && m_object.value(multiLanguageKey).toBool();
-    const bool ok =
-        isMultiLanguage ? readTexts(found.value()) : traits.fromJson(found.value(), m_field.defaultValue);
+    const bool isMultiLanguage = traits.isText && value(MultiLanguage).toBool();
+    const bool ok = isMultiLanguage ? readTexts(found) : traits.fromJson(found, m_field.defaultValue);
     return ok ? MetaDataNoError : FieldDefaultValueNotValid;
 }
 
 int FieldReader::readReadOnly()
 {
-    return readOptionalFlag(m_object, readOnlyKey, m_field.readOnly) ? MetaDataNoError
-                                                                     : FieldReadOnlyNotValid;
+    return readOptionalFlag(value(ReadOnly), m_field.readOnly) ? MetaDataNoError : FieldReadOnlyNotValid;
 }
 
 int FieldReader::readGroup()
 {
-    const auto found = m_object.constFind(groupKey);
-    const bool ok =
-        found == m_object.constEnd() || (found.value().isString() && takeText(found.value(), m_field.group));
+    const QJsonValue found = value(Group);
+    const bool ok = found.isUndefined() || (found.isString() && takeText(found, m_field.group));
     return ok ? MetaDataNoError : FieldGroupNotValid;
 }
 
 int FieldReader::readPrivate()
 {
-    return readOptionalFlag(m_object, privateKey, m_field.isPrivate) ? MetaDataNoError : FieldPrivateNotValid;
+    return readOptionalFlag(value(Private), m_field.isPrivate) ? MetaDataNoError : FieldPrivateNotValid;
 }
 
 int FieldReader::readRequirements()
 {
-    const auto found = m_object.constFind(requirementsKey);
-    if (found == m_object.constEnd()) {
+    const QJsonValue found = value(Requirements);
+    if (found.isUndefined()) {
         return MetaDataNoError;
     }
-    m_field.requirements = found.value().toString();
-    QStringList fieldIds;
-    return scanRequirements(m_field.requirements, fieldIds) ? MetaDataNoError : FieldRequirementsNotValid;
+    m_field.requirements = found.toString();
+    return isRequirementsText(m_field.requirements) ? MetaDataNoError : FieldRequirementsNotValid;
 }
 
 int FieldReader::readTagAcceptedTypes()
 {
-    const auto found = m_object.constFind(tagAcceptedTypesKey);
-    if (found == m_object.constEnd()) {
+    const QJsonValue found = value(TagAcceptedTypes);
+    if (found.isUndefined()) {
         return MetaDataNoError;
     }
-    if (!found.value().isArray()) {
+    if (!found.isArray()) {
         return FieldTagAcceptedTypesNotValid;
     }
-    const QJsonArray names = found.value().toArray();
+    const QJsonArray names = found.toArray();
     for (const QJsonValue &name : names) {
         const QVector<TagType> types = tagTypesOf(name.toString());
         if (types.isEmpty()) {
@@ -251,15 +262,13 @@ int FieldReader::readTagAcceptedTypes()
 
 int FieldReader::readTagOnDemand()
 {
-    return readOptionalFlag(m_object, tagOnDemandKey, m_field.tagOnDemand) ? MetaDataNoError
-                                                                           : FieldTagOnDemandNotValid;
+    return readOptionalFlag(value(TagOnDemand), m_field.tagOnDemand) ? MetaDataNoError
+                                                                     : FieldTagOnDemandNotValid;
 }
 
-int FieldReader::readBound(QLatin1String key, QVariant &bound, int code) const
+int FieldReader::readBound(const QJsonValue &value, QVariant &bound, int code) const
 {
-    const auto found = m_object.constFind(key);
-    const bool ok =
-        found == m_object.constEnd() || fieldTypeTraits(m_field.type).fromJson(found.value(), bound);
+    const bool ok = value.isUndefined() || fieldTypeTraits(m_field.type).fromJson(value, bound);
     return ok ? MetaDataNoError : code;
 }
 
@@ -268,8 +277,8 @@ int FieldReader::readBounds()
     if (m_field.type != FieldTypeInteger && m_field.type != FieldTypeDouble) {
         return MetaDataNoError;
     }
-    const int error = readBound(minimumKey, m_field.minimum, FieldMinimumNotValid);
-    return error ? error : readBound(maximumKey, m_field.maximum, FieldMaximumNotValid);
+    const int error = readBound(value(Minimum), m_field.minimum, FieldMinimumNotValid);
+    return error ? error : readBound(value(Maximum), m_field.maximum, FieldMaximumNotValid);
 }
 
 int FieldReader::readOptions()
@@ -277,12 +286,12 @@ int FieldReader::readOptions()
     if (m_field.type != FieldTypeOption) {
         return MetaDataNoError;
     }
-    const QJsonArray options = m_object.value(optionsKey).toArray();
+    const QJsonArray options = value(Options).toArray();
     if (options.isEmpty()) {
         return FieldOptionsNotValid;
     }
-    for (const QJsonValue &value : options) {
-        const QJsonObject object = value.toObject();
+    for (const QJsonValue &element : options) {
+        const QJsonObject object = element.toObject();
         const QJsonValue text = object.value(optionTextKey);
         OptionType option;
         // The documents join the texts with "," and "=", so neither may occur in one.
@@ -301,7 +310,7 @@ int FieldReader::readOptions()
 
 int FieldReader::readTypeKeys()
 {
-    return fieldTypeTraits(m_field.type).isText ? readTextKeys(m_object, m_field)
+    return fieldTypeTraits(m_field.type).isText ? readTextKeys(m_members, m_field)
            : m_field.type == FieldTypeFont      ? readFontKeys()
                                                 : MetaDataNoError;
 }
@@ -309,7 +318,7 @@ int FieldReader::readTypeKeys()
 // The font that a font field starts with is its default value; "defaultFont" is another way to say it.
 int FieldReader::readFontKeys()
 {
-    if (const int error = readDefaultFont(m_object, m_field)) {
+    if (const int error = readDefaultFont(value(DefaultFont), m_field)) {
         return error;
     }
     if (m_field.defaultValue.isValid()) {
@@ -325,21 +334,26 @@ int FieldReader::readFontKeys()
 
 int FieldReader::readTextKeys(const QJsonObject &object, FieldMetaInformationPrivate &field)
 {
-    if (!WidgetLibraryPluginUtils::infoFromMetaDataParseStringFieldIsMultiLanguage(object,
-                                                                                   field.isMultiLanguage)) {
-        return FieldMultiLanguageNotValid;
-    }
-    field.defaultFont = WidgetLibraryPluginUtils::defaultFont();
-    return readDefaultFont(object, field);
+    return readTextKeys(membersOf(object), field);
 }
 
-int FieldReader::readDefaultFont(const QJsonObject &object, FieldMetaInformationPrivate &field)
+int FieldReader::readTextKeys(const Members &members, FieldMetaInformationPrivate &field)
 {
-    const auto found = object.constFind(defaultFontKey);
-    if (found == object.constEnd()) {
+    bool isMultiLanguage = false;
+    if (!readOptionalFlag(members.value(MultiLanguage), isMultiLanguage)) {
+        return FieldMultiLanguageNotValid;
+    }
+    field.isMultiLanguage = isMultiLanguage;
+    field.defaultFont = WidgetLibraryPluginUtils::defaultFont();
+    return readDefaultFont(members.value(DefaultFont), field);
+}
+
+int FieldReader::readDefaultFont(const QJsonValue &value, FieldMetaInformationPrivate &field)
+{
+    if (value.isUndefined()) {
         return MetaDataNoError;
     }
-    field.defaultFontSpecified = fontFromJson(found.value(), field.defaultFont);
+    field.defaultFontSpecified = fontFromJson(value, field.defaultFont);
     return field.defaultFontSpecified ? MetaDataNoError : FieldDefaultFontNotValid;
 }
 
@@ -347,31 +361,31 @@ int FieldReader::readDisplayFont()
 {
     const struct
     {
-        QLatin1String key;
+        Key key;
         TranslationStringType &text;
         MetaDataError notPresent;
         MetaDataError notValid;
     } labels[] = {
-        {QLatin1String("displayFontFamily"), m_field.displayFontFamily, FieldDisplayFontFamilyNotPresent,
+        {DisplayFontFamily, m_field.displayFontFamily, FieldDisplayFontFamilyNotPresent,
          FieldDisplayFontFamilyNotValid},
-        {QLatin1String("displayFontSize"), m_field.displayFontSize, FieldDisplayFontSizeNotPresent,
+        {DisplayFontSize, m_field.displayFontSize, FieldDisplayFontSizeNotPresent,
          FieldDisplayFontSizeNotValid},
-        {QLatin1String("displayFontBold"), m_field.displayFontBold, FieldDisplayFontBoldNotPresent,
+        {DisplayFontBold, m_field.displayFontBold, FieldDisplayFontBoldNotPresent,
          FieldDisplayFontBoldNotValid},
-        {QLatin1String("displayFontStyle"), m_field.displayFontStyle, FieldDisplayFontStyleNotPresent,
+        {DisplayFontStyle, m_field.displayFontStyle, FieldDisplayFontStyleNotPresent,
          FieldDisplayFontStyleNotValid},
-        {QLatin1String("displayFontUnderline"), m_field.displayFontUnderline,
-         FieldDisplayFontUnderlineNotPresent, FieldDisplayFontUnderlineNotValid},
+        {DisplayFontUnderline, m_field.displayFontUnderline, FieldDisplayFontUnderlineNotPresent,
+         FieldDisplayFontUnderlineNotValid},
     };
     const bool isRequired =
         m_field.type == FieldTypeFont || (m_field.isMultiLanguage && fieldTypeTraits(m_field.type).isText);
     for (const auto &label : labels) {
-        const auto found = m_object.constFind(label.key);
-        if (found == m_object.constEnd()) {
+        const QJsonValue found = value(label.key);
+        if (found.isUndefined()) {
             if (isRequired) {
                 return label.notPresent;
             }
-        } else if (!takeText(found.value(), label.text)) {
+        } else if (!takeText(found, label.text)) {
             return label.notValid;
         }
     }
@@ -386,11 +400,7 @@ int FieldReader::refuse(const char *message, int code) const
 
 bool FieldReader::takeText(const QJsonValue &value, TranslationStringType &out)
 {
-    if (!readTranslatableText(value, m_texts, out)) {
-        return false;
-    }
-    m_texts.add(out);
-    return true;
+    return readTranslatableText(value, m_texts, out);
 }
 
 bool FieldReader::readTextAt(int index, const QJsonValue &value)

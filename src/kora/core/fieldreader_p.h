@@ -2,8 +2,10 @@
 #pragma once
 
 #include <QtCore/QJsonObject>
+#include <QtCore/QJsonValue>
 #include <QtCore/QString>
 
+#include <kora/core/jsonreading_p.h>
 #include <kora/core/metadataerror_p.h>
 #include <kora/core/widgetmetainformation_p.h>
 
@@ -21,12 +23,44 @@ public:
     /// @p texts give the translations and take up the field's texts; they outlive the reader.
     FieldReader(const QJsonObject &object, const QString &pluginId, TranslatableStringList &texts);
 
-    int read(FieldMetaInformation &field);
+    int read();
+    /// The field, once it is read.
+    FieldMetaInformation takeField() { return FieldMetaInformation(std::move(m_field)); }
 
     /// The keys "multiLanguage" and "defaultFont" over what the record holds.
     static int readTextKeys(const QJsonObject &object, FieldMetaInformationPrivate &field);
 
 private:
+    enum Key {
+        Id,
+        Type,
+        Display,
+        Description,
+        TagCanBeAttached,
+        DefaultValue,
+        ReadOnly,
+        Group,
+        Private,
+        Requirements,
+        TagAcceptedTypes,
+        TagOnDemand,
+        Minimum,
+        Maximum,
+        Options,
+        MultiLanguage,
+        DefaultFont,
+        DisplayFontFamily,
+        DisplayFontSize,
+        DisplayFontBold,
+        DisplayFontStyle,
+        DisplayFontUnderline,
+        KeyCount
+    };
+    using Members = JsonMembers<KeyCount>;
+
+    static Members membersOf(const QJsonObject &object);
+    QJsonValue value(Key key) const { return m_members.value(key); }
+
     int readId();
     int readType();
     int readDisplay();
@@ -45,15 +79,16 @@ private:
     int readFontKeys();
     int readDisplayFont();
 
-    static int readDefaultFont(const QJsonObject &object, FieldMetaInformationPrivate &field);
+    static int readTextKeys(const Members &members, FieldMetaInformationPrivate &field);
+    static int readDefaultFont(const QJsonValue &value, FieldMetaInformationPrivate &field);
     int refuse(const char *message, int code) const;
     bool readTexts(const QJsonValue &value);
     void setDefaultFromTexts();
     bool readTextAt(int index, const QJsonValue &value);
     bool takeText(const QJsonValue &value, TranslationStringType &out);
-    int readBound(QLatin1String key, QVariant &bound, int code) const;
+    int readBound(const QJsonValue &value, QVariant &bound, int code) const;
 
-    const QJsonObject &m_object;
+    const Members m_members;
     const QString &m_pluginId;
     TranslatableStringList &m_texts;
     FieldMetaInformationPrivate m_field;

@@ -11,6 +11,7 @@
 
 #include <iterator>
 
+#include <kora/core/jsontext_p.h>
 #include <kora/core/metatypes_p.h>
 #include <kora/core/numbers_p.h>
 #include <kora/core/widgetlibrarypluginutils.h>
@@ -19,11 +20,6 @@ namespace KORA {
 namespace INTERNAL {
 
 namespace {
-
-QString compactJson(const QJsonDocument &document)
-{
-    return QString::fromUtf8(document.toJson(QJsonDocument::Compact));
-}
 
 QJsonDocument parseJson(const QString &text)
 {
@@ -80,7 +76,13 @@ bool stringFromJson(const QJsonValue &json, QVariant &value)
 
 QString stringListToText(const QVariant &value)
 {
-    return compactJson(QJsonDocument(QJsonArray::fromStringList(value.toStringList())));
+    QString json;
+    const QStringList list = value.toStringList();
+    for (const QString &text : list) {
+        json += json.isEmpty() ? QLatin1Char('[') : QLatin1Char(',');
+        appendJsonString(json, text);
+    }
+    return list.isEmpty() ? QStringLiteral("[]") : json + QLatin1Char(']');
 }
 
 QVariant stringListFromText(const QString &text)
@@ -114,12 +116,15 @@ const QLatin1String mapTextKey("v");
 
 QString stringMapToText(const QVariant &value)
 {
-    QJsonArray array;
+    QString json;
     const auto map = value.value<StringMap>();
     for (auto entry = map.constBegin(); entry != map.constEnd(); ++entry) {
-        array.append(QJsonObject{{mapIndexKey, entry.key()}, {mapTextKey, entry.value()}});
+        json += json.isEmpty() ? QLatin1Char('[') : QLatin1Char(',');
+        json += QLatin1String("{\"i\":") + QString::number(entry.key()) + QLatin1String(",\"v\":");
+        appendJsonString(json, entry.value());
+        json += QLatin1Char('}');
     }
-    return compactJson(QJsonDocument(array));
+    return map.isEmpty() ? QStringLiteral("[]") : json + QLatin1Char(']');
 }
 
 QVariant stringMapFromText(const QString &text)
@@ -170,6 +175,9 @@ QVariant integerFromText(const QString &text)
 
 bool convertToInteger(QVariant &value)
 {
+    if (value.userType() == QMetaType::Int) {
+        return true;
+    }
     int number = 0;
     if (convertToInt(value, number) != IntConversion::Converted) {
         return false;
@@ -286,8 +294,9 @@ const QLatin1String imageValueKey("value");
 
 QString imageToText(const QVariant &value)
 {
-    return compactJson(
-        QJsonDocument(QJsonObject{{imageIsValidKey, value.isValid()}, {imageValueKey, value.toString()}}));
+    QString json = QLatin1String("{\"isValid\":") + jsonBool(value.isValid()) + QLatin1String(",\"value\":");
+    appendJsonString(json, value.toString());
+    return json + QLatin1Char('}');
 }
 
 QVariant imageFromText(const QString &text)

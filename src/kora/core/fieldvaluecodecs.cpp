@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include <kora/core/fieldtypes_p.h>
+#include <kora/core/jsontext_p.h>
 #include <kora/core/numbers_p.h>
 
 namespace KORA {
@@ -112,14 +113,12 @@ QVariant WidgetLibraryPluginUtils::fieldValueFromString(int fieldType, const QSt
 QString WidgetLibraryPluginUtils::fieldFontToString(const QFont &font)
 {
     const bool isItalic = font.style() == QFont::StyleItalic;
-    const QJsonObject object{
-        {boldKey, font.weight() >= leastBoldWeight},
-        {familyKey, font.family()},
-        {sizeKey, font.pointSize()},
-        {styleKey, isItalic ? italicStyle : normalStyle},
-        {underlineKey, font.underline()},
-    };
-    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+    QString json = QLatin1String("{\"bold\":") + jsonBool(font.weight() >= leastBoldWeight)
+                   + QLatin1String(",\"family\":");
+    appendJsonString(json, font.family());
+    json += QLatin1String(",\"size\":") + QString::number(font.pointSize()) + QLatin1String(",\"style\":\"");
+    json += isItalic ? italicStyle : normalStyle;
+    return json + QLatin1String("\",\"underline\":") + jsonBool(font.underline()) + QLatin1Char('}');
 }
 
 QFont WidgetLibraryPluginUtils::fieldFontFromString(const QString &text, bool *ok)

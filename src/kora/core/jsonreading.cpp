@@ -29,14 +29,13 @@ bool splitTextAndComment(const QJsonValue &value, QString &text, QString &commen
 
 } // namespace
 
-bool readOptionalFlag(const QJsonObject &object, QLatin1String key, bool &flag)
+bool readOptionalFlag(const QJsonValue &value, bool &flag)
 {
-    const auto found = object.constFind(key);
-    if (found == object.constEnd()) {
+    if (value.isUndefined()) {
         return true;
     }
-    flag = found.value().toBool();
-    return found.value().isBool();
+    flag = value.toBool();
+    return value.isBool();
 }
 
 bool readText(const QJsonValue &value, const QString &language, TranslationStringType &out, bool trim,
@@ -60,16 +59,15 @@ bool readText(const QJsonValue &value, const QString &language, TranslationStrin
     return true;
 }
 
-bool readTranslatableText(const QJsonValue &value, const TranslatableStringList &texts,
-                          TranslationStringType &out)
+bool readTranslatableText(const QJsonValue &value, TranslatableStringList &texts, TranslationStringType &out)
 {
-    if (!readText(value, texts.language(), out, false, false)) {
+    out.clear();
+    QString text;
+    QString comment;
+    if (!splitTextAndComment(value, text, comment)) {
         return false;
     }
-    const int index = texts.indexOf(out.get(texts.language(), false), out.comment());
-    if (index >= 0) {
-        out = texts.at(index);
-    }
+    out = texts.findOrAdd(text, comment);
     return true;
 }
 

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QtCore/QHash>
 #include <QtCore/QJsonObject>
+#include <QtCore/QJsonValue>
 #include <QtCore/QLatin1String>
 
-class QJsonValue;
+#include <array>
 
 namespace KORA {
 namespace INTERNAL {
@@ -12,16 +14,59 @@ namespace INTERNAL {
 class TranslatableStringList;
 class TranslationStringType;
 
-/// Reads an optional boolean: true, with @p flag as it was, when the key is absent.
-bool readOptionalFlag(const QJsonObject &object, QLatin1String key, bool &flag);
+/// Key to position among the keys that a reader knows.
+using JsonKeyTable = QHash<QString, int>;
+
+template<size_t count>
+JsonKeyTable jsonKeyTable(const char *const (&names)[count])
+{
+    JsonKeyTable table;
+    for (size_t i = 0; i < count; ++i) {
+        table.insert(QString(QLatin1String(names[i])), static_cast<int>(i));
+    }
+    return table;
+}
+
+/// The members of an object under the keys of a table, found in one pass: to look each key up, of many that may stand
+/// in an object, takes several times as long.
+template<size_t count>
+class JsonMembers
+{
+public:
+    JsonMembers(const QJsonObject &object, const JsonKeyTable &keys)
+        : m_object(object)
+    {
+        m_positions.fill(-1);
+        int position = 0;
+        for (auto member = m_object.constBegin(); member != m_object.constEnd(); ++member, ++position) {
+            const auto key = keys.constFind(member.key());
+            if (key != keys.constEnd()) {
+                m_positions[static_cast<size_t>(*key)] = position;
+            }
+        }
+    }
+
+    /// Undefined when the object has no such key.
+    QJsonValue value(size_t key) const
+    {
+        const int position = m_positions[key];
+        return position < 0 ? QJsonValue(QJsonValue::Undefined) : (m_object.constBegin() + position).value();
+    }
+
+private:
+    const QJsonObject m_object;
+    std::array<int, count> m_positions;
+};
+
+/// Reads an optional boolean: true, with @p flag as it was, when the value is undefined.
+bool readOptionalFlag(const QJsonValue &value, bool &flag);
 
 /// Reads a text or a pair [text, comment] in @p language, without looking for translations.
 bool readText(const QJsonValue &value, const QString &language, TranslationStringType &out, bool trim,
               bool notEmpty);
 
-/// Reads a text in the language of @p texts and takes the translations that they hold for it.
-bool readTranslatableText(const QJsonValue &value, const TranslatableStringList &texts,
-                          TranslationStringType &out);
+/// Reads a text in the language of @p texts and takes the translations that they hold for it, or adds it to them.
+bool readTranslatableText(const QJsonValue &value, TranslatableStringList &texts, TranslationStringType &out);
 
 } // namespace INTERNAL
 } // namespace KORA

@@ -26,7 +26,8 @@ public:
         : m_text(text)
     {}
 
-    bool scan(QStringList &fieldIds);
+    /// @p fieldIds may be null.
+    bool scan(QStringList *fieldIds);
 
 private:
     bool atEnd() const { return m_position == m_text.size(); }
@@ -36,7 +37,7 @@ private:
     bool acceptValue();
     bool acceptComparison();
     bool acceptJunction();
-    QString takeIdentifier();
+    bool acceptIdentifier();
     void skipBlank() { accept(QLatin1String(" ")); }
 
     const QString &m_text;
@@ -45,8 +46,13 @@ private:
 
 bool Scanner::accept(QLatin1String token)
 {
-    if (m_text.midRef(m_position, token.size()) != token) {
+    if (m_text.size() - m_position < token.size()) {
         return false;
+    }
+    for (int i = 0; i < token.size(); ++i) {
+        if (m_text.at(m_position + i) != token.at(i)) {
+            return false;
+        }
     }
     m_position += token.size();
     return true;
@@ -86,23 +92,25 @@ bool Scanner::acceptJunction()
     return accept(QLatin1String("&&")) || accept(QLatin1String("||"));
 }
 
-QString Scanner::takeIdentifier()
+bool Scanner::acceptIdentifier()
 {
     const int start = m_position;
     while (!atEnd() && isIdentifierCharacter(m_text.at(m_position))) {
         ++m_position;
     }
-    return m_text.mid(start, m_position - start);
+    return m_position > start;
 }
 
-bool Scanner::scan(QStringList &fieldIds)
+bool Scanner::scan(QStringList *fieldIds)
 {
     while (true) {
-        const QString fieldId = takeIdentifier();
-        if (fieldId.isEmpty()) {
+        const int start = m_position;
+        if (!acceptIdentifier()) {
             return false;
         }
-        fieldIds.append(fieldId);
+        if (fieldIds) {
+            fieldIds->append(m_text.mid(start, m_position - start));
+        }
         skipBlank();
         if (acceptComparison()) {
             skipBlank();
@@ -125,9 +133,14 @@ bool Scanner::scan(QStringList &fieldIds)
 
 } // namespace
 
+bool isRequirementsText(const QString &requirements)
+{
+    return Scanner(requirements).scan(nullptr);
+}
+
 bool scanRequirements(const QString &requirements, QStringList &fieldIds)
 {
-    return Scanner(requirements).scan(fieldIds);
+    return Scanner(requirements).scan(&fieldIds);
 }
 
 bool isIdentifierText(const QString &text)

@@ -7,7 +7,7 @@
 namespace KORA {
 namespace INTERNAL {
 
-/// Checks the text of a field's requirements and collects the field ids that it names.
+/// Checks the text of a field's requirements.
 ///
 ///     requirements = condition { [" "] ("&&" | "||") [" "] condition }
 ///     condition    = id [ [" "] ("==" | "<" | ">") [" "] value ]
@@ -16,6 +16,9 @@ namespace INTERNAL {
 /// with ids of ASCII letters, digits and "_"; a blank may also follow an id at the very end. It takes time
 /// linear in the length: as a regular expression the language backtracks until the engine gives up, and ids of
 /// 21 letters are then refused.
+bool isRequirementsText(const QString &requirements);
+
+/// Checks the same and collects the field ids that the text names.
 bool scanRequirements(const QString &requirements, QStringList &fieldIds);
 
 /// Whether the text is made of ASCII letters, digits and "_" alone; an empty one is.

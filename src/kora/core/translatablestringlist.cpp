@@ -1,8 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <kora/core/translatablestringlist_p.h>
 
+#include <algorithm>
+
 namespace KORA {
 namespace INTERNAL {
+
+namespace {
+
+bool isBlank(const QString &text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.isSpace(); });
+}
+
+} // namespace
 
 TranslatableStringList::TranslatableStringList(QList<TranslationStringType> &list, const QString &language)
     : m_list(list)
@@ -30,15 +41,25 @@ void TranslatableStringList::append(const TranslationStringType &entry)
 
 void TranslatableStringList::add(const TranslationStringType &text)
 {
-    const QString words = text.get(m_language, false);
-    if (words.simplified().isEmpty() || indexOf(words, text.comment()) >= 0) {
-        return;
+    findOrAdd(text.get(m_language, false), text.comment());
+}
+
+TranslationStringType TranslatableStringList::findOrAdd(const QString &text, const QString &comment)
+{
+    const Key key{text, comment};
+    const auto known = m_indexes.constFind(key);
+    if (known != m_indexes.constEnd()) {
+        return m_list.at(*known);
     }
     TranslationStringType entry;
-    entry.set(m_language, words);
-    entry.setComment(text.comment());
+    entry.set(m_language, text);
+    entry.setComment(comment);
     entry.defaultLanguage = m_language;
-    append(entry);
+    if (!isBlank(text)) {
+        m_indexes.insert(key, m_list.size());
+        m_list.append(entry);
+    }
+    return entry;
 }
 
 } // namespace INTERNAL

@@ -27,6 +27,8 @@ public:
     void append(const TranslationStringType &entry);
     /// Appends under the rule of PluginMetaInformation::addTranslatableStringToList().
     void add(const TranslationStringType &text);
+    /// The first entry with this text and comment, or a new text in the working language, added under the same rule.
+    TranslationStringType findOrAdd(const QString &text, const QString &comment);
     const QString &language() const { return m_language; }
 
 private:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <kora/core/versiontype.h>
 
-#include <QtCore/QStringList>
+#include <QtCore/QVector>
 
 #include <tuple>
 
@@ -12,7 +12,7 @@ namespace {
 
 constexpr unsigned int maximumPart = 999999999;
 
-bool parsePart(const QString &text, unsigned int &part)
+bool parsePart(const QStringRef &text, unsigned int &part)
 {
     bool ok = false;
     part = text.toUInt(&ok, 10);
@@ -25,13 +25,13 @@ VersionType::VersionType(unsigned int major, unsigned int minor, unsigned int pa
     : m_major(major)
     , m_minor(minor)
     , m_patch(patch)
-    , m_version(QStringLiteral("%1.%2.%3")
-                    .arg(QString::number(major), QString::number(minor), QString::number(patch)))
+    , m_version(QString::number(major) + QLatin1Char('.') + QString::number(minor) + QLatin1Char('.')
+                + QString::number(patch))
 {}
 
 VersionType::VersionType(const QString &text)
 {
-    const QStringList parts = text.split(QLatin1Char('.'));
+    const QVector<QStringRef> parts = text.splitRef(QLatin1Char('.'));
     if (parts.size() != 3) {
         return;
     }

@@ -170,7 +170,8 @@ QString WidgetLibraryPluginMetaInformation::fieldTypeToString(FieldType type)
 FieldType WidgetLibraryPluginMetaInformation::fieldTypeFromString(const QString &text)
 {
     for (int type = FieldTypeString; type <= FieldTypeTrend; ++type) {
-        if (text.compare(QLatin1String(fieldTypeTraits(type).name), Qt::CaseInsensitive) == 0) {
+        const QLatin1String name(fieldTypeTraits(type).name);
+        if (text.size() == name.size() && text.compare(name, Qt::CaseInsensitive) == 0) {
             return static_cast<FieldType>(type);
         }
     }

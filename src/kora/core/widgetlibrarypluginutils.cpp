@@ -123,7 +123,7 @@ int WidgetReader::read(WidgetMetaInformation &widget)
         }
     }
     m_widget.isValid = true;
-    widget = WidgetMetaInformation(m_widget);
+    widget = WidgetMetaInformation(std::move(m_widget));
     return MetaDataNoError;
 }
 
@@ -173,13 +173,13 @@ int WidgetReader::readGalleryGroupName()
 
 int WidgetReader::readFlags()
 {
-    if (!readOptionalFlag(m_object, showInPageGalleryKey, m_widget.showInPageGallery)) {
+    if (!readOptionalFlag(m_object.value(showInPageGalleryKey), m_widget.showInPageGallery)) {
         return WidgetShowInPageGalleryNotValid;
     }
-    if (!readOptionalFlag(m_object, showInProjectGalleryKey, m_widget.showInProjectGallery)) {
+    if (!readOptionalFlag(m_object.value(showInProjectGalleryKey), m_widget.showInProjectGallery)) {
         return WidgetShowInProjectGalleryNotValid;
     }
-    return readOptionalFlag(m_object, receiveAlarmsEventsKey, m_widget.receiveAlarmsEvents)
+    return readOptionalFlag(m_object.value(receiveAlarmsEventsKey), m_widget.receiveAlarmsEvents)
                ? MetaDataNoError
                : WidgetReceiveAlarmsEventsNotValid;
 }
@@ -198,11 +198,11 @@ int WidgetReader::readFields()
         if (!value.isObject()) {
             return FieldsNotValid;
         }
-        FieldMetaInformation field;
-        const QJsonObject object = value.toObject();
-        if (const int error = FieldReader(object, m_pluginId, m_texts).read(field)) {
+        FieldReader reader(value.toObject(), m_pluginId, m_texts);
+        if (const int error = reader.read()) {
             return error;
         }
+        const FieldMetaInformation field = reader.takeField();
         m_widget.fields.insert(field.id(), field);
     }
     return MetaDataNoError;
@@ -225,14 +225,7 @@ int WidgetReader::checkRequirements()
 bool WidgetReader::readOptionalText(QLatin1String key, TranslationStringType &out)
 {
     const auto found = m_object.constFind(key);
-    if (found == m_object.constEnd()) {
-        return true;
-    }
-    if (!readTranslatableText(found.value(), m_texts, out)) {
-        return false;
-    }
-    m_texts.add(out);
-    return true;
+    return found == m_object.constEnd() || readTranslatableText(found.value(), m_texts, out);
 }
 
 bool WidgetReader::canBeRequired(const QString &fieldId) const
@@ -316,8 +309,12 @@ int WidgetLibraryPluginUtils::infoFromMetaDataParseField(const QJsonValue &value
         return FieldsNotValid;
     }
     TranslatableStringList texts(translations, defaultLanguage);
-    const QJsonObject object = value.toObject();
-    return FieldReader(object, pluginId, texts).read(field);
+    FieldReader reader(value.toObject(), pluginId, texts);
+    const int error = reader.read();
+    if (error == MetaDataNoError) {
+        field = reader.takeField();
+    }
+    return error;
 }
 
 int WidgetLibraryPluginUtils::infoFromMetaDataParseStringFieldCommon(const QJsonObject &object,
@@ -335,7 +332,7 @@ bool WidgetLibraryPluginUtils::infoFromMetaDataParseStringFieldIsMultiLanguage(c
                                                                                bool &multiLanguage)
 {
     bool flag = false;
-    if (!readOptionalFlag(object, multiLanguageKey, flag)) {
+    if (!readOptionalFlag(object.value(multiLanguageKey), flag)) {
         return false;
     }
     multiLanguage = flag;

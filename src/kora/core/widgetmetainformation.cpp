@@ -2,6 +2,8 @@
 #include <kora/core/widgetmetainformation.h>
 #include <kora/core/widgetmetainformation_p.h>
 
+#include <utility>
+
 #include <kora/core/fieldtypes_p.h>
 
 namespace KORA {
@@ -39,6 +41,10 @@ FieldMetaInformation::FieldMetaInformation(const QString &id, const TranslationS
 
 FieldMetaInformation::FieldMetaInformation(const FieldMetaInformationPrivate &data)
     : d(new FieldMetaInformationPrivate(data))
+{}
+
+FieldMetaInformation::FieldMetaInformation(FieldMetaInformationPrivate &&data)
+    : d(new FieldMetaInformationPrivate(std::move(data)))
 {}
 
 FieldMetaInformation::FieldMetaInformation(const FieldMetaInformation &other) = default;
@@ -181,6 +187,10 @@ WidgetMetaInformation::WidgetMetaInformation()
 
 WidgetMetaInformation::WidgetMetaInformation(const WidgetMetaInformationPrivate &data)
     : d(new WidgetMetaInformationPrivate(data))
+{}
+
+WidgetMetaInformation::WidgetMetaInformation(WidgetMetaInformationPrivate &&data)
+    : d(new WidgetMetaInformationPrivate(std::move(data)))
 {}
 
 WidgetMetaInformation::WidgetMetaInformation(const WidgetMetaInformation &other) = default;

@@ -39,6 +39,7 @@ public:
                          const QVariant &defaultValue, bool readOnly, const TranslationStringType &group,
                          bool isPrivate, const QString &requirements, bool isValid);
     explicit FieldMetaInformation(const FieldMetaInformationPrivate &data);
+    explicit FieldMetaInformation(FieldMetaInformationPrivate &&data);
     FieldMetaInformation(const FieldMetaInformation &other);
     FieldMetaInformation &operator=(const FieldMetaInformation &other);
     ~FieldMetaInformation();
@@ -91,6 +92,7 @@ class KORA_EXPORT WidgetMetaInformation
 public:
     WidgetMetaInformation();
     explicit WidgetMetaInformation(const WidgetMetaInformationPrivate &data);
+    explicit WidgetMetaInformation(WidgetMetaInformationPrivate &&data);
     WidgetMetaInformation(const WidgetMetaInformation &other);
     WidgetMetaInformation &operator=(const WidgetMetaInformation &other);
     ~WidgetMetaInformation();

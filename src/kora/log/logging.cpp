@@ -12,6 +12,8 @@ std::atomic<LogMessageHandler> logMessageHandler{nullptr};
 std::atomic<void *> logMessageHandlerOpaque{nullptr};
 thread_local bool logMsgHandlerGrabbed = false;
 
+constexpr int usualMessageSize = 120;
+
 // Automatic spacing leaves a blank behind the last item; QDebug drops it only from output of its own.
 void chopTrailingBlank(const QDebug &stream, QString &message)
 {
@@ -39,7 +41,9 @@ void LogHandlerPrivate::copyContext(const QMessageLogContext &from, QMessageLogC
 DebugPrivate::DebugPrivate(QtMsgType messageType)
     : stream(&message)
     , type(messageType)
-{}
+{
+    message.reserve(usualMessageSize); // instead of growing item by item
+}
 
 DebugPrivate::DebugPrivate(const DebugPrivate &other)
     : message(other.message)

@@ -8,59 +8,75 @@
 #include <QtCore/QStringList>
 #include <QtCore/QThread>
 
+#include <chrono>
 #include <cstring>
-#include <memory>
 #include <mutex>
 #include <vector>
 
 namespace {
 
-// A token is one of these arrays, recognised by its address, or a literal run of text.
-const char typeTokenC[] = "%{TYPE}";
-const char categoryTokenC[] = "%{CATEGORY}";
-const char messageTokenC[] = "%{MESSAGE}";
-const char fileTokenC[] = "%{FILE}";
-const char lineTokenC[] = "%{LINE}";
-const char functionTokenC[] = "%{FUNCTION}";
-const char pidTokenC[] = "%{PID}";
-const char threadidTokenC[] = "%{THREAD}";
-const char timeTokenC[] = "%{TIME";
-const char ifNotInfoTokenC[] = "%{IF-NOT-INFO}";
-const char ifCategoryTokenC[] = "%{IF-CATEGORY}";
-const char ifDebugTokenC[] = "%{IF-DEBUG}";
-const char ifInfoTokenC[] = "%{IF-INFO}";
-const char ifWarningTokenC[] = "%{IF-WARNING}";
-const char ifCriticalTokenC[] = "%{IF-CRITICAL}";
-const char endifTokenC[] = "%{ENDIF}";
-const char emptyTokenC[] = "";
-
 const char defaultPatternC[] =
     "[%{TIME}]%{IF-NOT-INFO}[%{TYPE}]%{ENDIF}%{IF-CATEGORY}[%{CATEGORY}]%{ENDIF}: %{MESSAGE}";
 
+enum class TokenKind {
+    Literal,
+    Type,
+    Category,
+    Message,
+    File,
+    Line,
+    Function,
+    Pid,
+    Thread,
+    Time,
+    IfNotInfo,
+    IfCategory,
+    EndIf,
+};
+
 struct Placeholder
 {
-    const char *lexeme;
-    const char *token;
+    QLatin1String lexeme;
+    TokenKind kind;
 };
+
+const QLatin1String timeLexemeStart("%{TIME");
 
 // The four conditions on a level compile to the condition on the category: "%{IF-DEBUG}" shows its contents
 // exactly when "%{IF-CATEGORY}" would. Hosts' patterns rely on it.
 const Placeholder placeholders[] = {
-    {typeTokenC, typeTokenC},
-    {categoryTokenC, categoryTokenC},
-    {messageTokenC, messageTokenC},
-    {fileTokenC, fileTokenC},
-    {lineTokenC, lineTokenC},
-    {functionTokenC, functionTokenC},
-    {pidTokenC, pidTokenC},
-    {threadidTokenC, threadidTokenC},
-    {ifNotInfoTokenC, ifNotInfoTokenC},
-    {ifCategoryTokenC, ifCategoryTokenC},
-    {ifDebugTokenC, ifCategoryTokenC},
-    {ifInfoTokenC, ifCategoryTokenC},
-    {ifWarningTokenC, ifCategoryTokenC},
-    {ifCriticalTokenC, ifCategoryTokenC},
-    {endifTokenC, endifTokenC},
+    {QLatin1String("%{TYPE}"), TokenKind::Type},
+    {QLatin1String("%{CATEGORY}"), TokenKind::Category},
+    {QLatin1String("%{MESSAGE}"), TokenKind::Message},
+    {QLatin1String("%{FILE}"), TokenKind::File},
+    {QLatin1String("%{LINE}"), TokenKind::Line},
+    {QLatin1String("%{FUNCTION}"), TokenKind::Function},
+    {QLatin1String("%{PID}"), TokenKind::Pid},
+    {QLatin1String("%{THREAD}"), TokenKind::Thread},
+    {QLatin1String("%{IF-NOT-INFO}"), TokenKind::IfNotInfo},
+    {QLatin1String("%{IF-CATEGORY}"), TokenKind::IfCategory},
+    {QLatin1String("%{IF-DEBUG}"), TokenKind::IfCategory},
+    {QLatin1String("%{IF-INFO}"), TokenKind::IfCategory},
+    {QLatin1String("%{IF-WARNING}"), TokenKind::IfCategory},
+    {QLatin1String("%{IF-CRITICAL}"), TokenKind::IfCategory},
+    {QLatin1String("%{ENDIF}"), TokenKind::EndIf},
+};
+
+/// A piece of a pattern.
+struct Token
+{
+    explicit Token(TokenKind tokenKind, const QString &tokenText = {})
+        : kind(tokenKind)
+        , text(tokenText)
+    {}
+
+    TokenKind kind;
+    /// Of a literal what it prints; of a time the QDateTime format, or nothing for ISO 8601.
+    QString text;
+
+    // Of a time: what it printed last. Lines of the same second share the text.
+    qint64 second = -1;
+    QString secondText;
 };
 
 /// The compiled pattern.
@@ -73,7 +89,9 @@ public:
 
     /// The caller holds the mutex.
     void setPattern(const QString &pattern);
-    QString format(QtMsgType type, const QMessageLogContext &context, const QString &message) const;
+    /// Appends to @p line. @p milliseconds is the time of the message, since 1970.
+    void format(QtMsgType type, const QMessageLogContext &context, const QString &message,
+                qint64 milliseconds, QString &line);
 
     /// Guards building, replacing and reading the pattern. Not a QMutex: Qt prints when one is destroyed while
     /// a thread holds it, and a thread may log during the exit of the process.
@@ -82,12 +100,7 @@ public:
     static bool isDestroyed;
 
 private:
-    const char *tokenOf(const QString &lexeme);
-    const char *literal(const QString &text);
-
-    std::vector<const char *> tokens; // ends with a null entry
-    std::vector<std::unique_ptr<char[]>> literals;
-    QList<QString> timeArgs; // one entry per time token, in the pattern's order
+    std::vector<Token> tokens;
     QElapsedTimer timer;
 };
 
@@ -132,27 +145,21 @@ QString timeFormatOf(const QString &lexeme)
     return blank > 0 ? lexeme.mid(blank + 1, lexeme.size() - blank - 2) : QString();
 }
 
-QString typeText(QtMsgType type)
+QLatin1String typeText(QtMsgType type)
 {
     switch (type) {
     case QtDebugMsg:
-        return QStringLiteral("DEBUG");
+        return QLatin1String("DEBUG");
     case QtWarningMsg:
-        return QStringLiteral("WARNING");
+        return QLatin1String("WARNING");
     case QtCriticalMsg:
-        return QStringLiteral("CRITICAL");
+        return QLatin1String("CRITICAL");
     case QtFatalMsg:
-        return QStringLiteral("FATAL");
+        return QLatin1String("FATAL");
     case QtInfoMsg:
-        return QStringLiteral("INFO");
+        return QLatin1String("INFO");
     }
     return {};
-}
-
-QString timeText(const QString &format)
-{
-    const QDateTime now = QDateTime::currentDateTime();
-    return format.isEmpty() ? now.toString(Qt::ISODate) : now.toString(format);
 }
 
 QLatin1String textOr(const char *text, const char *fallback)
@@ -160,51 +167,74 @@ QLatin1String textOr(const char *text, const char *fallback)
     return QLatin1String(text ? text : fallback);
 }
 
-// Whether what follows the condition is left out; false for a token that is no condition.
-bool conditionHides(const char *token, QtMsgType type, const QMessageLogContext &context)
+qint64 millisecondsSinceEpoch()
 {
-    if (token == ifCategoryTokenC) {
-        return !context.category || std::strcmp(context.category, "default") == 0;
-    }
-    if (token == ifNotInfoTokenC) {
-        return type == QtInfoMsg;
-    }
-    return (token == ifDebugTokenC && type != QtDebugMsg) || (token == ifInfoTokenC && type != QtInfoMsg)
-           || (token == ifWarningTokenC && type != QtWarningMsg)
-           || (token == ifCriticalTokenC && type != QtCriticalMsg);
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
 }
 
-bool isCondition(const char *token)
+bool isDefaultCategory(const char *category)
 {
-    return token == ifCategoryTokenC || token == ifNotInfoTokenC || token == ifDebugTokenC
-           || token == ifInfoTokenC || token == ifWarningTokenC || token == ifCriticalTokenC;
+    return !category || std::strcmp(category, "default") == 0;
 }
 
-// The text of a token that is neither a time nor a condition nor their end.
-QString tokenText(const char *token, QtMsgType type, const QMessageLogContext &context)
+Token tokenOf(const QString &lexeme)
 {
-    if (token == typeTokenC) {
-        return typeText(type);
+    if (!lexeme.startsWith(QLatin1String("%{")) || !lexeme.endsWith(QLatin1Char('}'))) {
+        return Token(TokenKind::Literal, QString::fromLatin1(lexeme.toLatin1().constData()));
     }
-    if (token == categoryTokenC) {
-        return textOr(context.category, "");
+    if (lexeme.startsWith(timeLexemeStart)) {
+        return Token(TokenKind::Time, timeFormatOf(lexeme));
     }
-    if (token == fileTokenC) {
-        return textOr(context.file, "unknown");
+    for (const Placeholder &placeholder : placeholders) {
+        if (lexeme == placeholder.lexeme) {
+            return Token(placeholder.kind);
+        }
     }
-    if (token == lineTokenC) {
-        return QString::number(context.line);
+    return Token(TokenKind::Literal);
+}
+
+const QString &timeText(Token &token, qint64 milliseconds)
+{
+    const qint64 second = milliseconds / 1000;
+    const bool showsMilliseconds = token.text.contains(QLatin1Char('z'));
+    if (second != token.second || showsMilliseconds) {
+        const QDateTime time = QDateTime::fromMSecsSinceEpoch(milliseconds);
+        token.secondText = token.text.isEmpty() ? time.toString(Qt::ISODate) : time.toString(token.text);
+        token.second = second;
     }
-    if (token == functionTokenC) {
-        return textOr(context.function, "unknown");
+    return token.secondText;
+}
+
+// Appends the text of a token that is neither the message nor a time nor a condition nor their end.
+void appendToken(QString &line, const Token &token, QtMsgType type, const QMessageLogContext &context)
+{
+    switch (token.kind) {
+    case TokenKind::Type:
+        line += typeText(type);
+        break;
+    case TokenKind::Category:
+        line += textOr(context.category, "");
+        break;
+    case TokenKind::File:
+        line += textOr(context.file, "unknown");
+        break;
+    case TokenKind::Line:
+        line += QString::number(context.line);
+        break;
+    case TokenKind::Function:
+        line += textOr(context.function, "unknown");
+        break;
+    case TokenKind::Pid:
+        line += QString::number(QCoreApplication::applicationPid());
+        break;
+    case TokenKind::Thread:
+        line += QString::number(reinterpret_cast<quintptr>(QThread::currentThreadId()));
+        break;
+    default:
+        line += token.text;
+        break;
     }
-    if (token == pidTokenC) {
-        return QString::number(QCoreApplication::applicationPid());
-    }
-    if (token == threadidTokenC) {
-        return QString::number(reinterpret_cast<quintptr>(QThread::currentThreadId()));
-    }
-    return QLatin1String(token);
 }
 
 LogMessagePattern::LogMessagePattern()
@@ -222,83 +252,49 @@ LogMessagePattern::~LogMessagePattern()
 void LogMessagePattern::setPattern(const QString &pattern)
 {
     tokens.clear();
-    literals.clear();
-    timeArgs.clear();
     const QStringList lexemes = splitIntoLexemes(pattern);
-    tokens.reserve(static_cast<size_t>(lexemes.size()) + 1);
     for (const QString &lexeme : lexemes) {
         tokens.push_back(tokenOf(lexeme));
     }
-    tokens.push_back(nullptr);
 }
 
-const char *LogMessagePattern::tokenOf(const QString &lexeme)
+void LogMessagePattern::format(QtMsgType type, const QMessageLogContext &context, const QString &message,
+                               qint64 milliseconds, QString &line)
 {
-    if (!lexeme.startsWith(QLatin1String("%{")) || !lexeme.endsWith(QLatin1Char('}'))) {
-        return literal(lexeme);
-    }
-    if (lexeme.startsWith(QLatin1String(timeTokenC))) {
-        timeArgs.append(timeFormatOf(lexeme));
-        return timeTokenC;
-    }
-    for (const Placeholder &placeholder : placeholders) {
-        if (lexeme == QLatin1String(placeholder.lexeme)) {
-            return placeholder.token;
-        }
-    }
-    return emptyTokenC;
-}
-
-const char *LogMessagePattern::literal(const QString &text)
-{
-    const QByteArray latin1 = text.toLatin1();
-    const size_t size = static_cast<size_t>(latin1.size()) + 1;
-    literals.push_back(std::make_unique<char[]>(size));
-    std::memcpy(literals.back().get(), latin1.constData(), size);
-    return literals.back().get();
-}
-
-QString LogMessagePattern::format(QtMsgType type, const QMessageLogContext &context,
-                                  const QString &message) const
-{
-    QString line;
-    line.reserve(message.size() + 64);
     bool skip = false;
-    int timeArg = 0;
-    for (const char *token : tokens) {
-        if (!token) {
-            break;
-        }
-        if (token == endifTokenC) {
+    for (Token &token : tokens) {
+        if (token.kind == TokenKind::EndIf) {
             skip = false;
-        } else if (token == timeTokenC) {
-            // A skipped time still uses up its format.
-            const QString &format = timeArgs.at(timeArg++);
-            if (!skip) {
-                line += timeText(format);
-            }
         } else if (skip) {
             continue;
-        } else if (isCondition(token)) {
-            skip = conditionHides(token, type, context);
-        } else if (token == messageTokenC) {
+        } else if (token.kind == TokenKind::IfNotInfo) {
+            skip = type == QtInfoMsg;
+        } else if (token.kind == TokenKind::IfCategory) {
+            skip = isDefaultCategory(context.category);
+        } else if (token.kind == TokenKind::Message) {
             line += message;
+        } else if (token.kind == TokenKind::Time) {
+            line += timeText(token, milliseconds);
         } else {
-            line += tokenText(token, type, context);
+            appendToken(line, token, type, context);
         }
     }
-    return line;
 }
 
 } // namespace
 
 QString koraFormatLogMessage(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
+    // What needs no lock is done before other threads have to wait.
+    const qint64 milliseconds = millisecondsSinceEpoch();
+    QString line;
+    line.reserve(message.size() + 64);
     const std::lock_guard<QBasicMutex> lock(LogMessagePattern::mutex);
     if (LogMessagePattern::isDestroyed) {
         return message;
     }
-    return koraLogMessagePattern->format(type, context, message);
+    koraLogMessagePattern->format(type, context, message, milliseconds, line);
+    return line;
 }
 
 void KORA::koraSetLogMessagePattern(const QString &text)

@@ -41,8 +41,12 @@ template<typename EventClass>
 void deliver(const WidgetPrivate &widget, EventClass &event, void (Widget::*widgetHandler)(EventClass *),
              void (GraphicsObject::*itemHandler)(EventClass *))
 {
+    // One guard for both: the private part goes with the widget.
     const QPointer<const WidgetPrivate> guard(&widget);
-    deliverEvent(widget.owner, event, widgetHandler);
+    Widget *owner = widget.owner;
+    if (!owner->koraEvent(&event) && guard) {
+        (owner->*widgetHandler)(&event);
+    }
     if (guard) {
         forEachItem(widget, [&](GraphicsObject *item) { deliverEvent(item, event, itemHandler); });
     }
@@ -68,38 +72,52 @@ WidgetPrivate::WidgetPrivate(Widget *widget, const WidgetData &data)
     , pluginId(data.pluginId)
     , graphicsObjectClass(data.graphicsObjectClass)
     , widgetActionManager(data.widgetActionManager)
-{
-    m_fields.reserve(data.fieldInfo.size());
-    for (auto info = data.fieldInfo.constBegin(); info != data.fieldInfo.constEnd(); ++info) {
-        m_fields.insert(info.key(), Field{info.value(), QVariant(), false});
-    }
-}
+    , m_fieldInfo(data.fieldInfo)
+{}
 
 WidgetPrivate::~WidgetPrivate() = default;
 
 QVariant WidgetPrivate::getFieldValue(const QString &fieldId, bool fromHost) const
 {
     const auto field = m_fields.constFind(fieldId);
-    if (field == m_fields.constEnd()) {
-        if (!fromHost && isInsideDevProject()) {
-            warning(pluginId).debug() << "getFieldValue called with an invalid fieldId:" << fieldId;
-        }
-        return {};
+    if (field != m_fields.constEnd() && (fromHost || field->info.getFieldValueIsEnabled())) {
+        return field->value;
     }
-    if (!fromHost && !field->info.getFieldValueIsEnabled()) {
-        if (isInsideDevProject()) {
-            warning(pluginId).debug() << "getFieldValue can not be used for the field" << fieldId;
-        }
-        return {};
+    if (!fromHost && isInsideDevProject()) {
+        warnOfReading(fieldId);
     }
-    return field->value;
+    return {};
+}
+
+// A field that was never set is no error.
+void WidgetPrivate::warnOfReading(const QString &fieldId) const
+{
+    const auto info = m_fieldInfo.constFind(fieldId);
+    if (info == m_fieldInfo.constEnd()) {
+        warning(pluginId).debug() << "getFieldValue called with an invalid fieldId:" << fieldId;
+    } else if (!info->getFieldValueIsEnabled()) {
+        warning(pluginId).debug() << "getFieldValue can not be used for the field" << fieldId;
+    }
+}
+
+WidgetPrivate::Field *WidgetPrivate::fieldToSet(const QString &fieldId)
+{
+    auto field = m_fields.find(fieldId);
+    if (field == m_fields.end()) {
+        const auto info = m_fieldInfo.constFind(fieldId);
+        if (info == m_fieldInfo.constEnd()) {
+            return nullptr;
+        }
+        field = m_fields.insert(fieldId, Field{*info, QVariant(), false});
+    }
+    return &*field;
 }
 
 void WidgetPrivate::setFieldValue(const QString &fieldId, const QVariant &value, bool fromHost,
                                   bool sendEvent)
 {
-    const auto field = m_fields.find(fieldId);
-    if (field == m_fields.end()) {
+    Field *field = fieldToSet(fieldId);
+    if (!field) {
         if (isInsideDevProject()) {
             warning(pluginId).debug() << "setFieldValue called with an invalid fieldId:" << fieldId;
         }
@@ -121,20 +139,25 @@ void WidgetPrivate::setFieldValue(const QString &fieldId, const QVariant &value,
     }
 
     const bool isChanged = !field->isSet || field->value != converted;
-    const QVariant oldValue = field->isSet && isChanged ? field->value : QVariant();
+    QVariant oldValue;
     if (isChanged) {
+        oldValue.swap(field->value); // invalid before the first value
         field->value = converted;
         field->isSet = true;
     }
-
+    const bool isAnnounced = sendEvent && isChanged;
+    if (fromHost) {
+        if (isAnnounced) {
+            announceChange(fieldId, converted, oldValue);
+        }
+        return;
+    }
     const QPointer<WidgetPrivate> self(this);
     // The caller's text may belong to an item that a receiver deletes.
     const QString changedId = fieldId; // NOLINT(performance-unnecessary-copy-initialization)
-    if (!fromHost) {
-        // Also for an equal value: the host learns of every write, for example to write it to a tag again.
-        Q_EMIT fieldIsChanged(changedId, converted);
-    }
-    if (self && sendEvent && isChanged) {
+    // Also for an equal value: the host learns of every write, for example to write it to a tag again.
+    Q_EMIT fieldIsChanged(changedId, converted);
+    if (self && isAnnounced) {
         announceChange(changedId, converted, oldValue);
     }
 }
@@ -151,8 +174,11 @@ QObject *WidgetPrivate::newGraphicsObjectInstance()
     if (!graphicsObjectClass) {
         return nullptr;
     }
+    if (graphicsObjectConstructor.metaObject() != graphicsObjectClass) {
+        graphicsObjectConstructor = InvokableConstructor(graphicsObjectClass, "KORA::GraphicsObjectData");
+    }
     const GraphicsObjectData data{id, version, owner, widgetActionManager};
-    QObject *object = graphicsObjectClass->newInstance(Q_ARG(KORA::GraphicsObjectData, data));
+    QObject *object = graphicsObjectConstructor.construct(&data);
     if (auto *item = qobject_cast<GraphicsObject *>(object)) {
         graphicsObjects.append(item);
         // The pointer is only compared: at that moment it is no graphics object any more.

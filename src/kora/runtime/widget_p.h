@@ -3,11 +3,13 @@
 
 #include <QtCore/QHash>
 #include <QtCore/QList>
+#include <QtCore/QMap>
 #include <QtCore/QObject>
 #include <QtCore/QPointer>
 #include <QtCore/QVariant>
 
 #include <kora/export.h>
+#include <kora/runtime/invokableconstructor_p.h>
 #include <kora/runtime/widget.h>
 
 namespace KORA {
@@ -50,6 +52,7 @@ public:
     INTERNAL::VersionType version;
     QString pluginId;
     const QMetaObject *graphicsObjectClass;
+    InvokableConstructor graphicsObjectConstructor;    // of that class
     QPointer<WidgetActionManager> widgetActionManager; // not owned
     QList<GraphicsObject *> graphicsObjects;           // not owned
 
@@ -65,10 +68,14 @@ private:
         bool isSet = false; // a value that was set may be an invalid variant
     };
 
+    /// Null when the field table has no such field.
+    Field *fieldToSet(const QString &fieldId);
+    void warnOfReading(const QString &fieldId) const;
     bool isInsideDevProject() const;
     void announceChange(const QString &fieldId, const QVariant &value, const QVariant &oldValue) const;
 
-    QHash<QString, Field> m_fields; // the field table and the current values
+    const QMap<QString, INTERNAL::FieldInfo> m_fieldInfo; // shared with all instances of the widget
+    QHash<QString, Field> m_fields;                       // those that were set
 };
 
 namespace INTERNAL {

@@ -4,6 +4,7 @@
 
 #include <kora/core/versiontype.h>
 #include <kora/runtime/nullgraphicsobject.h>
+#include <kora/runtime/widget_p.h>
 #include <kora/runtime/widgetactionmanager.h>
 #include <kora/runtime/widgetdata.h>
 
@@ -29,14 +30,19 @@ QObject *WidgetLibraryPluginPrivate::newWidgetInstance(
     }
     WidgetData data;
     data.id = widgetId;
-    data.version = INTERNAL::VersionType(version);
+    data.version = entry->version;
     data.pluginId = pluginId;
     data.fieldInfo = fieldInfo;
     data.graphicsObjectClass = entry->graphicsObjectClass;
     // Not deleted when the class has no such constructor: a constructor that failed half way may have handed
     // the pointer on.
     data.widgetActionManager = new WidgetActionManager(actionManagerImpl, nullptr);
-    return entry->widgetClass->newInstance(Q_ARG(KORA::WidgetData, data));
+    QObject *object = entry->widgetConstructor.construct(&data);
+    if (auto *widget = qobject_cast<Widget *>(object)) {
+        INTERNAL::WidgetPrivateAccessor::priv(widget)->graphicsObjectConstructor =
+            entry->graphicsObjectConstructor;
+    }
+    return object;
 }
 
 WidgetLibraryPlugin::WidgetLibraryPlugin(QObject *parent)
@@ -50,7 +56,11 @@ void WidgetLibraryPlugin::registerWidget(const QString &id, const QString &versi
                                          const QMetaObject *widgetClass,
                                          const QMetaObject *graphicsObjectClass)
 {
-    d->widgetRegistry.insert({id, version}, {widgetClass, graphicsObjectClass});
+    d->widgetRegistry.insert({id, version},
+                             {widgetClass, graphicsObjectClass,
+                              InvokableConstructor(widgetClass, "KORA::WidgetData"),
+                              InvokableConstructor(graphicsObjectClass, "KORA::GraphicsObjectData"),
+                              INTERNAL::VersionType(version)});
 }
 
 void WidgetLibraryPlugin::registerProjectWidget(const QString &id, const QString &version,

@@ -6,7 +6,9 @@
 #include <QtCore/QString>
 
 #include <kora/core/fieldinfo.h>
+#include <kora/core/versiontype.h>
 #include <kora/export.h>
+#include <kora/runtime/invokableconstructor_p.h>
 #include <kora/runtime/widgetlibraryplugin.h>
 
 namespace KORA {
@@ -26,6 +28,11 @@ public:
     {
         const QMetaObject *widgetClass = nullptr;
         const QMetaObject *graphicsObjectClass = nullptr;
+
+        // What every instance takes of them, looked up on registration.
+        InvokableConstructor widgetConstructor;
+        InvokableConstructor graphicsObjectConstructor;
+        INTERNAL::VersionType version;
     };
 
     /// Makes a widget, without parent, with an action manager of its own on @p actionManagerImpl; the caller

@@ -10,10 +10,10 @@
 
 #include <functional>
 
+#include <kora/core/files_p.h>
 #include <kora/core/versiontype.h>
 #include <kora/core/widgetlibrarypluginutils.h>
 #include <kora/loader/studio/gallerygroups_p.h>
-#include <kora/core/files_p.h>
 #include <kora/loader/studio/resourcefiles_p.h>
 
 namespace KORA {
@@ -34,9 +34,10 @@ const QLatin1String projectPageNameFormat("project_gallery_page_%1.krx");
 // A folder that is being filled. The name is no plugin id, so the next run removes what a killed one leaves.
 const QLatin1String unfinishedSuffix(".part");
 
-QString documentsVersion()
+const QString &documentsVersion()
 {
-    return VersionType(1, 1, 0).version();
+    static const QString version = VersionType(1, 1, 0).version();
+    return version;
 }
 
 QString join(const QString &dirPath, const QString &name)
@@ -54,9 +55,10 @@ QDateTime modificationOf(const QString &libraryPath)
 
 // Times are compared as the index writes them: in the hour that the end of summer time repeats, the same text
 // reads back as either of two instants.
-QString timeText(const QDateTime &time)
+bool areSameInIndex(const QDateTime &left, const QDateTime &right)
 {
-    return time.toLocalTime().toString(Qt::ISODateWithMs);
+    const auto text = [](const QDateTime &time) { return time.toLocalTime().toString(Qt::ISODateWithMs); };
+    return left == right || text(left) == text(right);
 }
 
 QStringList foldersIn(const QString &dirPath)
@@ -240,7 +242,7 @@ QString GenerationRun::staleReason(const QString &id) const
         return QStringLiteral("no such plugin is loaded");
     }
     const PluginLoader::ExtraResourceData entry = m_index.value(id);
-    if (timeText(entry.modification) != timeText(modificationOf(plugin->libraryPath()))) {
+    if (!areSameInIndex(entry.modification, modificationOf(plugin->libraryPath()))) {
         return QStringLiteral("its library has changed");
     }
     if (entry.languageId != m_languageId) {

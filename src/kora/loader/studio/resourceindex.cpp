@@ -8,9 +8,13 @@
 #include <QtCore/QJsonObject>
 #include <QtCore/QSaveFile>
 
+#include <iterator>
+
+#include <kora/core/files_p.h>
+#include <kora/core/jsonreading_p.h>
+#include <kora/core/jsontext_p.h>
 #include <kora/core/uuid_p.h>
 #include <kora/core/versiontype.h>
-#include <kora/core/files_p.h>
 #include <kora/loader/studio/resourcefiles_p.h>
 
 namespace KORA {
@@ -21,10 +25,9 @@ namespace {
 using Index = QMap<QString, PluginLoader::ExtraResourceData>;
 
 const QLatin1String rootKey("extraResourceInfo");
-const QLatin1String idKey("id");
-const QLatin1String modificationKey("modification");
-const QLatin1String languageIdKey("languageId");
-const QLatin1String libraryVersionKey("libraryVersion");
+
+enum Key { Id, LanguageId, LibraryVersion, Modification, KeyCount };
+const char *const keyNames[KeyCount] = {"id", "languageId", "libraryVersion", "modification"};
 
 // The readers return an empty text, or why the index is not valid.
 
@@ -46,16 +49,17 @@ QString readFile(const QString &path, QByteArray &bytes)
 
 QString readElement(const QJsonValue &value, Index &index)
 {
+    static const JsonKeyTable keys = jsonKeyTable(keyNames);
     if (!value.isObject()) {
         return QStringLiteral("extraResourceInfo is not an array of objects");
     }
-    const QJsonObject object = value.toObject();
-    for (const QLatin1String key : {idKey, modificationKey, languageIdKey, libraryVersionKey}) {
-        if (!object.value(key).isString()) {
+    const JsonMembers<KeyCount> members(value.toObject(), keys);
+    for (size_t key = 0; key < KeyCount; ++key) {
+        if (!members.value(key).isString()) {
             return QStringLiteral("One or more extraResourceInfo elements are invalid");
         }
     }
-    const QString id = object.value(idKey).toString();
+    const QString id = members.value(Id).toString();
     if (!isUuid(id)) {
         return QStringLiteral("extraResourceInfo element with id %1 is invalid").arg(id);
     }
@@ -63,19 +67,19 @@ QString readElement(const QJsonValue &value, Index &index)
         return QStringLiteral("extraResourceInfo element with id %1 is duplicated").arg(id);
     }
     const auto modification =
-        QDateTime::fromString(object.value(modificationKey).toString(), Qt::ISODateWithMs);
+        QDateTime::fromString(members.value(Modification).toString(), Qt::ISODateWithMs);
     if (!modification.isValid()) {
         return QStringLiteral("extraResourceInfo element with id %1 has an invalid \"modification\" time")
             .arg(id);
     }
-    const QString versionText = object.value(libraryVersionKey).toString();
+    const QString versionText = members.value(LibraryVersion).toString();
     const VersionType version(versionText);
     if (!version.isValid()) {
         // Deliberately the version where the id belongs: hosts know the message like this.
         return QStringLiteral("extraResourceInfo element with id %1 has an invalid \"libraryVersion\"")
             .arg(versionText);
     }
-    index.insert(id, {modification, object.value(languageIdKey).toString(), version.version()});
+    index.insert(id, {modification, members.value(LanguageId).toString(), version.version()});
     return {};
 }
 
@@ -105,18 +109,30 @@ QString readDocument(const QString &path, const QByteArray &bytes, Index &index)
     return {};
 }
 
+void appendMember(QString &json, Key key, const QString &value, QLatin1String end)
+{
+    json += QLatin1String("            \"") + QLatin1String(keyNames[key]) + QLatin1String("\": ");
+    appendJsonString(json, value);
+    json += end;
+}
+
+// The text that QJsonDocument::toJson() gives.
 QByteArray toJson(const Index &index)
 {
-    QJsonArray array;
+    const QLatin1String nextMember(",\n");
+    QString json = QLatin1String("{\n    \"") + rootKey + QLatin1String("\": [\n");
     for (auto entry = index.constBegin(); entry != index.constEnd(); ++entry) {
-        array.append(QJsonObject{
-            {idKey, entry.key()},
-            {modificationKey, entry->modification.toString(Qt::ISODateWithMs)},
-            {languageIdKey, entry->languageId},
-            {libraryVersionKey, entry->libraryVersion},
-        });
+        json += QLatin1String("        {\n");
+        appendMember(json, Id, entry.key(), nextMember);
+        appendMember(json, LanguageId, entry->languageId, nextMember);
+        appendMember(json, LibraryVersion, entry->libraryVersion, nextMember);
+        appendMember(json, Modification, entry->modification.toString(Qt::ISODateWithMs),
+                     QLatin1String("\n"));
+        json += std::next(entry) == index.constEnd() ? QLatin1String("        }\n")
+                                                     : QLatin1String("        },\n");
     }
-    return QJsonDocument(QJsonObject{{rootKey, array}}).toJson();
+    json += QLatin1String("    ]\n}\n");
+    return json.toUtf8();
 }
 
 // An empty text, or why nothing was written. QSaveFile::commit() alone returns true for a file that a full disk
