@@ -162,9 +162,11 @@ void tst_LoadCheck::aDeathIsToldSoThatItCanBeRepeated()
         runLoadChecks(badWidgets({QStringLiteral("crash")}, {QStringLiteral("data-roles")}));
     QCOMPARE(result.findings.size(), 1);
     const Finding &finding = result.findings.first();
-    QCOMPARE(finding.message,
-             QStringLiteral("it crashes with SIGSEGV in the check \"data-roles\", in the widget's data of "
-                            "the icon role (seed 1); it wrote last: last words"));
+    // An emulator adds a line of its own to the plugin's last words.
+    QVERIFY2(finding.message.startsWith(QStringLiteral(
+                 "it crashes with SIGSEGV in the check \"data-roles\", in the widget's data of "
+                 "the icon role (seed 1); it wrote last: last words")),
+             qPrintable(finding.message));
     QVERIFY2(finding.hint.endsWith(QStringLiteral("kora check 'bad widgets' --load --in-process --seed 1 "
                                                   "--widget crash@1.0.0 --check data-roles")),
              qPrintable(finding.hint));

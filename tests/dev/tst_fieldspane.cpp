@@ -587,16 +587,16 @@ void TestFieldsPane::thousandFieldsAreThereAtOnce()
         fields.append(FieldMetaInformation(data));
     }
     ProbeBench bench(fields);
-    QElapsedTimer clock;
-    clock.start();
     bench.document.setSelection({});
-    const qint64 cleared = clock.restart();
     bench.document.setSelection({bench.widget});
     QCoreApplication::processEvents();
     bench.pane.grab();
-    const qint64 shown = clock.elapsed();
-    const QString times = QStringLiteral("%1 ms to clear, %2 ms to show").arg(cleared).arg(shown);
-    QVERIFY2(cleared + shown < 2000, qPrintable(times)); // about a tenth of it, but the machine may be busy
+    // What makes a thousand fields quick: editors are made for the rows in sight.
+    int editors = 0;
+    for (FieldManager *manager : bench.pane.fieldManagers()) {
+        editors += manager->editorIfMade(manager->row()) ? 1 : 0;
+    }
+    QVERIFY2(editors < 100, QByteArray::number(editors));
     QVERIFY(bench.manager("field0000")->editorIfMade(bench.manager("field0000")->row()));
     FieldManager *last = bench.manager("field0999");
     QVERIFY(!last->editorIfMade(last->row()));
