@@ -2,7 +2,8 @@
 //
 // fuzz_replay <corpus folder> [<target>]
 //
-// Runs the targets on the files of <corpus folder>/<target>/, with any compiler and without libFuzzer.
+// Runs the targets on the files of <corpus folder>/<target>/, with any compiler and without libFuzzer. What is no text is
+// kept as hexadecimal digits, in files *.hex.
 #include "fuzztarget.h"
 
 #include <QtCore/QCoreApplication>
@@ -24,7 +25,8 @@ bool replay(const FuzzTarget &target, const QDir &folder)
         }
         std::printf("%s/%s\n", target.name, qPrintable(name));
         std::fflush(stdout); // the last line names a file that does not come back
-        target.run(file.readAll());
+        const QByteArray content = file.readAll();
+        target.run(name.endsWith(QLatin1String(".hex")) ? QByteArray::fromHex(content) : content);
     }
     if (names.isEmpty()) {
         std::fprintf(stderr, "%s: no files\n", qPrintable(folder.path()));
