@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 #
 # Each rule that kora explain lists is a row of a table in sources, but for those in compared_elsewhere.
-execute_process(COMMAND ${kora} explain OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)
+execute_process(COMMAND ${emulator} ${kora} explain OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)
 set(tests "")
 foreach(source IN LISTS sources)
     file(READ ${source} text)
