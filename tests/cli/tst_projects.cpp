@@ -14,8 +14,8 @@
 #include <memory>
 
 #include "project/pluginarchive.h"
-#include "runkora.h"
 #include "project/translationsheet.h"
+#include "runkora.h"
 
 using KORA::DEV::Finding;
 using KORA::DEV::Findings;

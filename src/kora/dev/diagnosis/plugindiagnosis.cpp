@@ -339,8 +339,9 @@ Findings checkMetaData(const QString &path)
     if (code == 0) {
         return {};
     }
-    Finding finding = error("metadata", path, Utils::errorToString(code),
-                            QStringLiteral("run kora check <metadata>.json: it tells every fault and its line"));
+    Finding finding =
+        error("metadata", path, Utils::errorToString(code),
+              QStringLiteral("run kora check <metadata>.json: it tells every fault and its line"));
     finding.code = code;
     return {finding};
 }
