@@ -10,73 +10,65 @@
 
 #include <chrono>
 #include <cstring>
+#include <memory>
 #include <mutex>
 #include <vector>
 
 namespace {
 
+// A token is one of these arrays, recognised by its address, or a literal run of text.
+const char typeTokenC[] = "%{TYPE}";
+const char categoryTokenC[] = "%{CATEGORY}";
+const char messageTokenC[] = "%{MESSAGE}";
+const char fileTokenC[] = "%{FILE}";
+const char lineTokenC[] = "%{LINE}";
+const char functionTokenC[] = "%{FUNCTION}";
+const char pidTokenC[] = "%{PID}";
+const char threadidTokenC[] = "%{THREAD}";
+const char timeTokenC[] = "%{TIME";
+const char ifNotInfoTokenC[] = "%{IF-NOT-INFO}";
+const char ifCategoryTokenC[] = "%{IF-CATEGORY}";
+const char ifDebugTokenC[] = "%{IF-DEBUG}";
+const char ifInfoTokenC[] = "%{IF-INFO}";
+const char ifWarningTokenC[] = "%{IF-WARNING}";
+const char ifCriticalTokenC[] = "%{IF-CRITICAL}";
+const char endifTokenC[] = "%{ENDIF}";
+const char emptyTokenC[] = "";
+
 const char defaultPatternC[] =
     "[%{TIME}]%{IF-NOT-INFO}[%{TYPE}]%{ENDIF}%{IF-CATEGORY}[%{CATEGORY}]%{ENDIF}: %{MESSAGE}";
 
-enum class TokenKind {
-    Literal,
-    Type,
-    Category,
-    Message,
-    File,
-    Line,
-    Function,
-    Pid,
-    Thread,
-    Time,
-    IfNotInfo,
-    IfCategory,
-    EndIf,
-};
-
 struct Placeholder
 {
-    QLatin1String lexeme;
-    TokenKind kind;
+    const char *lexeme;
+    const char *token;
 };
-
-const QLatin1String timeLexemeStart("%{TIME");
 
 // The four conditions on a level compile to the condition on the category: "%{IF-DEBUG}" shows its contents
 // exactly when "%{IF-CATEGORY}" would. Hosts' patterns rely on it.
 const Placeholder placeholders[] = {
-    {QLatin1String("%{TYPE}"), TokenKind::Type},
-    {QLatin1String("%{CATEGORY}"), TokenKind::Category},
-    {QLatin1String("%{MESSAGE}"), TokenKind::Message},
-    {QLatin1String("%{FILE}"), TokenKind::File},
-    {QLatin1String("%{LINE}"), TokenKind::Line},
-    {QLatin1String("%{FUNCTION}"), TokenKind::Function},
-    {QLatin1String("%{PID}"), TokenKind::Pid},
-    {QLatin1String("%{THREAD}"), TokenKind::Thread},
-    {QLatin1String("%{IF-NOT-INFO}"), TokenKind::IfNotInfo},
-    {QLatin1String("%{IF-CATEGORY}"), TokenKind::IfCategory},
-    {QLatin1String("%{IF-DEBUG}"), TokenKind::IfCategory},
-    {QLatin1String("%{IF-INFO}"), TokenKind::IfCategory},
-    {QLatin1String("%{IF-WARNING}"), TokenKind::IfCategory},
-    {QLatin1String("%{IF-CRITICAL}"), TokenKind::IfCategory},
-    {QLatin1String("%{ENDIF}"), TokenKind::EndIf},
+    {typeTokenC, typeTokenC},
+    {categoryTokenC, categoryTokenC},
+    {messageTokenC, messageTokenC},
+    {fileTokenC, fileTokenC},
+    {lineTokenC, lineTokenC},
+    {functionTokenC, functionTokenC},
+    {pidTokenC, pidTokenC},
+    {threadidTokenC, threadidTokenC},
+    {ifNotInfoTokenC, ifNotInfoTokenC},
+    {ifCategoryTokenC, ifCategoryTokenC},
+    {ifDebugTokenC, ifCategoryTokenC},
+    {ifInfoTokenC, ifCategoryTokenC},
+    {ifWarningTokenC, ifCategoryTokenC},
+    {ifCriticalTokenC, ifCategoryTokenC},
+    {endifTokenC, endifTokenC},
 };
 
-/// A piece of a pattern.
-struct Token
+/// What a time token printed, which the lines of the same second share.
+struct SecondText
 {
-    explicit Token(TokenKind tokenKind, const QString &tokenText = {})
-        : kind(tokenKind)
-        , text(tokenText)
-    {}
-
-    TokenKind kind;
-    /// Of a literal what it prints; of a time the QDateTime format, or nothing for ISO 8601.
-    QString text;
-
-    // Of a time: what it printed last. Lines of the same second share the text.
     qint64 second = -1;
-    QString secondText;
+    QString text;
 };
 
 /// The compiled pattern.
@@ -100,7 +92,13 @@ public:
     static bool isDestroyed;
 
 private:
-    std::vector<Token> tokens;
+    const char *tokenOf(const QString &lexeme);
+    const char *literal(const QString &text);
+
+    std::vector<const char *> tokens; // ends with a null entry
+    std::vector<std::unique_ptr<char[]>> literals;
+    QList<QString> timeArgs;           // one entry per time token, in the pattern's order
+    std::vector<SecondText> timeTexts; // what each printed last
     QElapsedTimer timer;
 };
 
@@ -162,78 +160,68 @@ QLatin1String typeText(QtMsgType type)
     return {};
 }
 
-QLatin1String textOr(const char *text, const char *fallback)
-{
-    return QLatin1String(text ? text : fallback);
-}
-
 qint64 millisecondsSinceEpoch()
 {
     using namespace std::chrono;
     return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
 }
 
-bool isDefaultCategory(const char *category)
-{
-    return !category || std::strcmp(category, "default") == 0;
-}
-
-Token tokenOf(const QString &lexeme)
-{
-    if (!lexeme.startsWith(QLatin1String("%{")) || !lexeme.endsWith(QLatin1Char('}'))) {
-        return Token(TokenKind::Literal, QString::fromLatin1(lexeme.toLatin1().constData()));
-    }
-    if (lexeme.startsWith(timeLexemeStart)) {
-        return Token(TokenKind::Time, timeFormatOf(lexeme));
-    }
-    for (const Placeholder &placeholder : placeholders) {
-        if (lexeme == placeholder.lexeme) {
-            return Token(placeholder.kind);
-        }
-    }
-    return Token(TokenKind::Literal);
-}
-
-const QString &timeText(Token &token, qint64 milliseconds)
+const QString &timeText(const QString &format, qint64 milliseconds, SecondText &latest)
 {
     const qint64 second = milliseconds / 1000;
-    const bool showsMilliseconds = token.text.contains(QLatin1Char('z'));
-    if (second != token.second || showsMilliseconds) {
+    const bool showsMilliseconds = format.contains(QLatin1Char('z'));
+    if (second != latest.second || showsMilliseconds) {
         const QDateTime time = QDateTime::fromMSecsSinceEpoch(milliseconds);
-        token.secondText = token.text.isEmpty() ? time.toString(Qt::ISODate) : time.toString(token.text);
-        token.second = second;
+        latest.text = format.isEmpty() ? time.toString(Qt::ISODate) : time.toString(format);
+        latest.second = second;
     }
-    return token.secondText;
+    return latest.text;
+}
+
+QLatin1String textOr(const char *text, const char *fallback)
+{
+    return QLatin1String(text ? text : fallback);
+}
+
+// Whether what follows the condition is left out; false for a token that is no condition.
+bool conditionHides(const char *token, QtMsgType type, const QMessageLogContext &context)
+{
+    if (token == ifCategoryTokenC) {
+        return !context.category || std::strcmp(context.category, "default") == 0;
+    }
+    if (token == ifNotInfoTokenC) {
+        return type == QtInfoMsg;
+    }
+    return (token == ifDebugTokenC && type != QtDebugMsg) || (token == ifInfoTokenC && type != QtInfoMsg)
+           || (token == ifWarningTokenC && type != QtWarningMsg)
+           || (token == ifCriticalTokenC && type != QtCriticalMsg);
+}
+
+bool isCondition(const char *token)
+{
+    return token == ifCategoryTokenC || token == ifNotInfoTokenC || token == ifDebugTokenC
+           || token == ifInfoTokenC || token == ifWarningTokenC || token == ifCriticalTokenC;
 }
 
 // Appends the text of a token that is neither the message nor a time nor a condition nor their end.
-void appendToken(QString &line, const Token &token, QtMsgType type, const QMessageLogContext &context)
+void appendToken(QString &line, const char *token, QtMsgType type, const QMessageLogContext &context)
 {
-    switch (token.kind) {
-    case TokenKind::Type:
+    if (token == typeTokenC) {
         line += typeText(type);
-        break;
-    case TokenKind::Category:
+    } else if (token == categoryTokenC) {
         line += textOr(context.category, "");
-        break;
-    case TokenKind::File:
+    } else if (token == fileTokenC) {
         line += textOr(context.file, "unknown");
-        break;
-    case TokenKind::Line:
+    } else if (token == lineTokenC) {
         line += QString::number(context.line);
-        break;
-    case TokenKind::Function:
+    } else if (token == functionTokenC) {
         line += textOr(context.function, "unknown");
-        break;
-    case TokenKind::Pid:
+    } else if (token == pidTokenC) {
         line += QString::number(QCoreApplication::applicationPid());
-        break;
-    case TokenKind::Thread:
+    } else if (token == threadidTokenC) {
         line += QString::number(reinterpret_cast<quintptr>(QThread::currentThreadId()));
-        break;
-    default:
-        line += token.text;
-        break;
+    } else {
+        line += QLatin1String(token);
     }
 }
 
@@ -252,29 +240,65 @@ LogMessagePattern::~LogMessagePattern()
 void LogMessagePattern::setPattern(const QString &pattern)
 {
     tokens.clear();
+    literals.clear();
+    timeArgs.clear();
     const QStringList lexemes = splitIntoLexemes(pattern);
+    tokens.reserve(static_cast<size_t>(lexemes.size()) + 1);
     for (const QString &lexeme : lexemes) {
         tokens.push_back(tokenOf(lexeme));
     }
+    tokens.push_back(nullptr);
+    timeTexts.assign(static_cast<size_t>(timeArgs.size()), SecondText());
+}
+
+const char *LogMessagePattern::tokenOf(const QString &lexeme)
+{
+    if (!lexeme.startsWith(QLatin1String("%{")) || !lexeme.endsWith(QLatin1Char('}'))) {
+        return literal(lexeme);
+    }
+    if (lexeme.startsWith(QLatin1String(timeTokenC))) {
+        timeArgs.append(timeFormatOf(lexeme));
+        return timeTokenC;
+    }
+    for (const Placeholder &placeholder : placeholders) {
+        if (lexeme == QLatin1String(placeholder.lexeme)) {
+            return placeholder.token;
+        }
+    }
+    return emptyTokenC;
+}
+
+const char *LogMessagePattern::literal(const QString &text)
+{
+    const QByteArray latin1 = text.toLatin1();
+    const size_t size = static_cast<size_t>(latin1.size()) + 1;
+    literals.push_back(std::make_unique<char[]>(size));
+    std::memcpy(literals.back().get(), latin1.constData(), size);
+    return literals.back().get();
 }
 
 void LogMessagePattern::format(QtMsgType type, const QMessageLogContext &context, const QString &message,
                                qint64 milliseconds, QString &line)
 {
     bool skip = false;
-    for (Token &token : tokens) {
-        if (token.kind == TokenKind::EndIf) {
+    int timeArg = 0;
+    for (const char *token : tokens) {
+        if (!token) {
+            break;
+        }
+        if (token == endifTokenC) {
             skip = false;
+        } else if (token == timeTokenC) {
+            const int arg = timeArg++; // a skipped time still uses up its format
+            if (!skip) {
+                line += timeText(timeArgs.at(arg), milliseconds, timeTexts[static_cast<size_t>(arg)]);
+            }
         } else if (skip) {
             continue;
-        } else if (token.kind == TokenKind::IfNotInfo) {
-            skip = type == QtInfoMsg;
-        } else if (token.kind == TokenKind::IfCategory) {
-            skip = isDefaultCategory(context.category);
-        } else if (token.kind == TokenKind::Message) {
+        } else if (isCondition(token)) {
+            skip = conditionHides(token, type, context);
+        } else if (token == messageTokenC) {
             line += message;
-        } else if (token.kind == TokenKind::Time) {
-            line += timeText(token, milliseconds);
         } else {
             appendToken(line, token, type, context);
         }

@@ -30,7 +30,7 @@ QObject *WidgetLibraryPluginPrivate::newWidgetInstance(
     }
     WidgetData data;
     data.id = widgetId;
-    data.version = entry->version;
+    data.version = INTERNAL::VersionType(version);
     data.pluginId = pluginId;
     data.fieldInfo = fieldInfo;
     data.graphicsObjectClass = entry->graphicsObjectClass;
@@ -57,10 +57,7 @@ void WidgetLibraryPlugin::registerWidget(const QString &id, const QString &versi
                                          const QMetaObject *graphicsObjectClass)
 {
     d->widgetRegistry.insert({id, version},
-                             {widgetClass, graphicsObjectClass,
-                              InvokableConstructor(widgetClass, "KORA::WidgetData"),
-                              InvokableConstructor(graphicsObjectClass, "KORA::GraphicsObjectData"),
-                              INTERNAL::VersionType(version)});
+                             WidgetLibraryPluginPrivate::WidgetMetaInfo(widgetClass, graphicsObjectClass));
 }
 
 void WidgetLibraryPlugin::registerProjectWidget(const QString &id, const QString &version,

@@ -6,7 +6,6 @@
 #include <QtCore/QString>
 
 #include <kora/core/fieldinfo.h>
-#include <kora/core/versiontype.h>
 #include <kora/export.h>
 #include <kora/runtime/invokableconstructor_p.h>
 #include <kora/runtime/widgetlibraryplugin.h>
@@ -26,13 +25,19 @@ public:
     /// The classes of one registered widget; static data of the plugin's library.
     struct WidgetMetaInfo
     {
-        const QMetaObject *widgetClass = nullptr;
-        const QMetaObject *graphicsObjectClass = nullptr;
+        /// Looks up what every instance takes of the classes. Each may be null.
+        WidgetMetaInfo(const QMetaObject *widgetClass = nullptr,
+                                const QMetaObject *graphicsObjectClass = nullptr)
+            : widgetClass(widgetClass)
+            , graphicsObjectClass(graphicsObjectClass)
+            , widgetConstructor(widgetClass, "KORA::WidgetData")
+            , graphicsObjectConstructor(graphicsObjectClass, "KORA::GraphicsObjectData")
+        {}
 
-        // What every instance takes of them, looked up on registration.
+        const QMetaObject *widgetClass;
+        const QMetaObject *graphicsObjectClass;
         InvokableConstructor widgetConstructor;
         InvokableConstructor graphicsObjectConstructor;
-        INTERNAL::VersionType version;
     };
 
     /// Makes a widget, without parent, with an action manager of its own on @p actionManagerImpl; the caller
