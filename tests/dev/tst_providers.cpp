@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <kora/dev/panes/alarmspane.h>
-#include <kora/dev/panes/tagspane.h>
-#include <kora/dev/panes/trendspane.h>
-#include <kora/dev/providers/providers.h>
+#include "stillplant.h"
+
 #include <kora/dev/providers/tagvalues.h>
 
 #include <support/testmain.h>
@@ -11,58 +9,10 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
-#include <QtWidgets/QAbstractSpinBox>
-#include <QtWidgets/QComboBox>
-#include <QtWidgets/QDialog>
-#include <QtWidgets/QLabel>
-#include <QtWidgets/QLineEdit>
-#include <QtWidgets/QTableView>
-#include <QtWidgets/QToolButton>
 
 #include <limits>
 
-using namespace KORA;
-using namespace KORA::DEV;
-using namespace KORA::INTERNAL;
-
 namespace {
-
-const QDateTime noon(QDate(2024, 3, 4), QTime(12, 0), Qt::UTC);
-
-/// Providers whose clock stands still at noon.
-struct Plant : Providers
-{
-    Plant()
-    {
-        clock()->setPaused(true);
-        clock()->setStart(noon);
-    }
-};
-
-Generator generator(Generator::Kind kind, int period = 1000, double minimum = 0, double maximum = 10)
-{
-    Generator generator;
-    generator.kind = kind;
-    generator.period = period;
-    generator.minimum = minimum;
-    generator.maximum = maximum;
-    return generator;
-}
-
-TagDefinition tag(const char *name, TagType type, const QVariant &value = QVariant(),
-                  const Generator &generator = Generator())
-{
-    return {QLatin1String(name), type, generator, value, true};
-}
-
-AlarmInfoData alarm(const char *name, bool isAcknowledged, bool isReset)
-{
-    AlarmInfoData alarm;
-    alarm.name = QLatin1String(name);
-    alarm.acknowledgeEnabled = isAcknowledged;
-    alarm.resetEnabled = isReset;
-    return alarm;
-}
 
 QString written(const QTemporaryDir &folder, const QByteArray &content)
 {
@@ -79,45 +29,6 @@ QVector<qint64> secondsOf(const QVariant &answer)
         seconds.append(noon.secsTo(point.toMap().value(QStringLiteral("time")).toDateTime()));
     }
     return seconds;
-}
-
-/// A window round a pane. The platform warns of windows whose contents limit their size, which this one's do not.
-struct Window : QWidget
-{
-    bool shows(QWidget &pane, const QSize &size)
-    {
-        pane.setParent(this);
-        resize(size);
-        pane.setGeometry(rect());
-        pane.show();
-        show();
-        return QTest::qWaitForWindowExposed(this);
-    }
-};
-
-template<typename T>
-T *control(QWidget &pane, const char *name)
-{
-    T *found = pane.findChild<T *>(QLatin1String(name));
-    return found ? found : (qFatal("no control %s", name), nullptr);
-}
-
-void click(QWidget &pane, const char *button)
-{
-    QTest::mouseClick(control<QToolButton>(pane, button), Qt::LeftButton);
-}
-
-/// Opens the editor of a cell with a double-click.
-template<typename T>
-T *editCell(ProviderPane &pane, int row, int column)
-{
-    QTableView *view = pane.table();
-    const QModelIndex cell = view->model()->index(row, column);
-    view->scrollTo(cell);
-    const QPoint place = view->visualRect(cell).center();
-    QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, place);
-    QTest::mouseDClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, place);
-    return view->findChild<T *>(QStringLiteral("cellEditor"));
 }
 
 } // namespace
@@ -143,9 +54,6 @@ private Q_SLOTS:
     void faultyStateIsRefused_data();
     void faultyStateIsRefused();
     void manyWritesReachViewsSeldom();
-    void panesAreUsedByMouseAndKeys();
-    void alarmPaneActsAndEdits();
-    void everyControlHasAName();
 };
 
 void TestProviders::theClockAloneDecides()
@@ -699,165 +607,6 @@ void TestProviders::manyWritesReachViewsSeldom()
     QTRY_COMPARE(plant.tags()->index(0, TagTable::ValueColumn).data().toInt(), written);
     QCOMPARE(values.count(), written);
     QVERIFY2(views.count() > 1 && views.count() <= 12, QByteArray::number(views.count()));
-}
-
-void TestProviders::panesAreUsedByMouseAndKeys()
-{
-    Plant plant;
-    plant.addDefaults();
-    Window window;
-    TagsPane pane(&plant);
-    QVERIFY(window.shows(pane, QSize(500, 180)));
-    QSignalSpy edits(&plant, &Providers::edited);
-
-    // A value is typed; a wrong one is refused, with the reason below the table.
-    auto *line = editCell<QLineEdit>(pane, 0, TagTable::ValueColumn);
-    QVERIFY(line);
-    QTest::keyClicks(line, QStringLiteral("12.5"));
-    plant.clock()->advance(100); // the generator goes on; what is typed stays
-    QTest::qWait(80);
-    QCOMPARE(line->text(), QStringLiteral("12.5"));
-    QTest::keyClick(line, Qt::Key_Return);
-    QTRY_COMPARE(plant.tags()->value(QStringLiteral("level")), QVariant(12.5)); // the view takes it later
-    QCOMPARE(edits.count(), 1);
-    line = editCell<QLineEdit>(pane, 1, TagTable::ValueColumn);
-    QVERIFY(line);
-    QTest::keyClicks(line, QStringLiteral("fast"));
-    QTest::keyClick(line, Qt::Key_Return);
-    auto *problem = control<QLabel>(pane, "tagsProblem");
-    QTRY_VERIFY(problem->isVisible());
-    QCOMPARE(problem->text(), QStringLiteral("Tag \"speed\": \"fast\" is no number"));
-
-    // Rows are added, duplicated and removed by keys; F2 edits; a choice is taken at once.
-    pane.table()->setFocus();
-    QTest::keyClick(pane.table(), Qt::Key_Insert);
-    QCOMPARE(pane.currentName(), QStringLiteral("tag"));
-    line = pane.table()->findChild<QLineEdit *>(QStringLiteral("cellEditor"));
-    QVERIFY(line);
-    QTest::keyClicks(line, QStringLiteral("flow"));
-    QTest::keyClick(line, Qt::Key_Return);
-    QTRY_VERIFY(plant.tags()->contains(QStringLiteral("flow")));
-    QTest::keyClick(pane.table(), Qt::Key_D, Qt::ControlModifier);
-    QCOMPARE(pane.currentName(), QStringLiteral("flow2"));
-    pane.table()->setCurrentIndex(plant.tags()->index(5, TagTable::TypeColumn));
-    QTest::keyClick(pane.table(), Qt::Key_F2);
-    auto *combo = pane.table()->findChild<QComboBox *>(QStringLiteral("cellEditor"));
-    QVERIFY(combo);
-    QTest::keyClick(combo, Qt::Key_Home);
-    QTest::keyClick(combo, Qt::Key_Return);
-    QTRY_COMPARE(plant.tags()->definition(QStringLiteral("flow2")).type, TagTypeBool);
-    pane.table()->setCurrentIndex(plant.tags()->index(5, TagTable::KnownColumn));
-    QTest::keyClick(pane.table(), Qt::Key_Space);
-    QVERIFY(!plant.tags()->definition(QStringLiteral("flow2")).isKnown);
-    edits.clear();
-    QTest::keyClick(pane.table(), Qt::Key_Up, Qt::ShiftModifier);
-    QTest::keyClick(pane.table(), Qt::Key_Delete);
-    QVERIFY(!plant.tags()->contains(QStringLiteral("flow"))
-            && !plant.tags()->contains(QStringLiteral("flow2")));
-    QCOMPARE(edits.count(), 1); // two rows, one edit
-
-    // The clock.
-    click(pane, "tagsClockPause");
-    QVERIFY(!plant.clock()->isPaused());
-    click(pane, "tagsClockStep");
-    QVERIFY(plant.clock()->isPaused());
-    auto *seed = control<QAbstractSpinBox>(pane, "tagsClockSeed");
-    seed->selectAll();
-    QTest::keyClicks(seed, QStringLiteral("42"));
-    QTest::keyClick(seed, Qt::Key_Return);
-    QCOMPARE(plant.clock()->seed(), 42U);
-
-    // A pane may go while a cell is being edited.
-    line = editCell<QLineEdit>(pane, 0, TagTable::NameColumn);
-    QVERIFY(line);
-    QTest::keyClicks(line, QStringLiteral("half"));
-}
-
-void TestProviders::alarmPaneActsAndEdits()
-{
-    Plant plant;
-    plant.addDefaults();
-    Window window;
-    AlarmsPane pane(&plant);
-    QVERIFY(window.shows(pane, QSize(800, 300)));
-    QSignalSpy edits(&plant, &Providers::edited);
-    const QString name = QStringLiteral("levelHigh");
-    QCOMPARE(pane.currentName(), name);
-    QVERIFY(!control<QToolButton>(pane, "alarmsAcknowledge")->isEnabled());
-    click(pane, "alarmsRaise");
-    QCOMPARE(plant.alarms()->definition(name).state, AlarmInfo::StateTriggeredNotAcknowledged);
-    QCOMPARE(edits.count(), 1);
-    QTRY_VERIFY(control<QToolButton>(pane, "alarmsAcknowledge")->isEnabled());
-    click(pane, "alarmsAcknowledge");
-    click(pane, "alarmsClear");
-    QCOMPARE(plant.alarms()->definition(name).state, AlarmInfo::StateNotTriggered);
-    click(pane, "alarmsDisable");
-    QCOMPARE(plant.alarms()->definition(name).state, AlarmInfo::StateDisabled);
-    click(pane, "alarmsBurst");
-    QCOMPARE(plant.alarms()->burstRate(), 10);
-
-    click(pane, "alarmsDetails");
-    auto *line = control<QLineEdit>(pane, "alarmFormName");
-    QVERIFY(line->isVisible());
-    line->setFocus();
-    line->selectAll();
-    QTest::keyClicks(line, QStringLiteral("high"));
-    QTest::keyClick(line, Qt::Key_Return);
-    QVERIFY(plant.alarms()->contains(QStringLiteral("high")));
-    QCOMPARE(pane.currentName(), QStringLiteral("high"));
-    // A colour is taken away by key, and chosen in a dialog that leaves the window usable.
-    auto *swatch = control<QWidget>(pane, "alarmFormBackground3");
-    swatch->setFocus();
-    QTest::keyClick(swatch, Qt::Key_Delete);
-    QVERIFY(!plant.alarms()
-                 ->definition(QStringLiteral("high"))
-                 .backgroundColors.contains(AlarmInfo::StateTriggeredNotAcknowledged));
-    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support propagateSizeHints()");
-    QTest::keyClick(swatch, Qt::Key_Space);
-    auto *dialog = swatch->findChild<QDialog *>(QStringLiteral("colorDialog"));
-    QVERIFY(dialog && dialog->isVisible() && !dialog->isModal());
-    dialog->accept();
-    QCOMPARE(plant.alarms()
-                 ->definition(QStringLiteral("high"))
-                 .backgroundColors.value(AlarmInfo::StateTriggeredNotAcknowledged),
-             QColor(Qt::white));
-    // The form of an alarm that is removed does nothing.
-    QVERIFY(plant.alarms()->remove(QStringLiteral("high")));
-    QTest::keyClick(line, Qt::Key_Return);
-    QVERIFY(!plant.alarms()->contains(QStringLiteral("high")));
-    // The pane may go while something is typed.
-    pane.setCurrentName(QStringLiteral("pumpFault"));
-    line->setFocus();
-    QTest::keyClicks(line, QStringLiteral("half"));
-}
-
-void TestProviders::everyControlHasAName()
-{
-    QApplication::setFont(QFont(QStringLiteral("Roboto"), 9));
-    Plant plant;
-    plant.addDefaults();
-    Window window;
-    TagsPane tags(&plant);
-    TrendsPane trends(&plant);
-    AlarmsPane alarms(&plant);
-    click(alarms, "alarmsDetails");
-    for (ProviderPane *pane : QVector<ProviderPane *>{&tags, &trends, &alarms}) {
-        QVERIFY(window.shows(*pane, QSize(500, 180)));
-        QVERIFY2(pane->minimumSizeHint().width() <= 500, QByteArray::number(pane->minimumSizeHint().width()));
-        const QList<QWidget *> controls = pane->findChildren<QWidget *>();
-        for (QWidget *control : controls) {
-            const bool isInner = control->objectName().startsWith(QLatin1String("qt_"));
-            if (control->focusPolicy() == Qt::NoFocus || isInner || control->focusProxy()
-                || control->window() != &window) { // the lists of combo boxes
-                continue;
-            }
-            const QByteArray who = control->objectName().toUtf8() + control->metaObject()->className();
-            QVERIFY2(!control->objectName().isEmpty() && !control->accessibleName().isEmpty(), who);
-            QVERIFY2(!qobject_cast<QToolButton *>(control) || !control->toolTip().isEmpty(), who);
-            QVERIFY2(!qobject_cast<QToolButton *>(control) || control->width() >= control->sizeHint().width(),
-                     who);
-        }
-    }
 }
 
 KORA_TEST_MAIN(TestProviders)

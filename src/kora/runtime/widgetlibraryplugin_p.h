@@ -27,7 +27,7 @@ public:
     {
         /// Looks up what every instance takes of the classes. Each may be null.
         WidgetMetaInfo(const QMetaObject *widgetClass = nullptr,
-                                const QMetaObject *graphicsObjectClass = nullptr)
+                       const QMetaObject *graphicsObjectClass = nullptr)
             : widgetClass(widgetClass)
             , graphicsObjectClass(graphicsObjectClass)
             , widgetConstructor(widgetClass, "KORA::WidgetData")

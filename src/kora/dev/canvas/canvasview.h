@@ -123,6 +123,8 @@ private:
 
     // Input
     bool runtimeEvent(QEvent *event);
+    /// Who is named as the one that a call goes to; an item may put others on the page.
+    static QString nameOf(const PlacedWidget *widget);
     PlacedWidget *receiver(const QEvent &event) const;
     void showToolTip(const QHelpEvent &event);
     bool keepsKey(const QKeyEvent &event) const;

@@ -18,8 +18,6 @@ using namespace INTERNAL;
 
 namespace {
 
-enum Column : int { NameColumn, ValueColumn };
-
 // In a name of an object: "title", "titleItIt", "titleFamily".
 QString objectNameOf(const FieldRow &row, const QString &fieldId)
 {

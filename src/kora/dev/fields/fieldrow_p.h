@@ -14,6 +14,9 @@ class QTreeWidgetItem;
 namespace KORA {
 namespace DEV {
 
+/// The columns of the pane's tree.
+enum FieldColumn : int { NameColumn, ValueColumn, ColumnCount };
+
 /// One row of a field.
 struct FieldRow
 {
