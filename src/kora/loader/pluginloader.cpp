@@ -13,6 +13,7 @@
 
 #include <kora/core/uuid_p.h>
 #include <kora/core/widgetlibrarypluginutils.h>
+#include <kora/loader/libraryfile_p.h>
 #include <kora/log/logging.h>
 #include <kora/runtime/widgetlibraryplugin.h>
 
@@ -95,6 +96,7 @@ private:
     std::unique_ptr<WidgetLibraryPluginMetaInformation> m_metaInformation;
     std::unique_ptr<QPluginLoader> m_loader;
     KORA::WidgetLibraryPlugin *m_instance = nullptr;
+    bool m_isWhole = false;
 };
 
 LibraryOpener::~LibraryOpener()
@@ -128,7 +130,10 @@ QString LibraryOpener::checkIid()
 {
     QString iid;
     // For a file that is not there Qt's loader would try others of a similar name.
-    if (QFileInfo(m_path).isFile()) {
+    const bool isFile = QFileInfo(m_path).isFile();
+    const LibraryFile file(isFile ? m_path : QString());
+    if (file.hasMetaData()) {
+        m_isWhole = file.isWhole();
         m_loader = std::make_unique<QPluginLoader>(m_path);
         // An unresolved symbol is an error now, not a crash later; and the code stays mapped when the plugin is
         // unloaded, as widgets of it may still live.
@@ -143,6 +148,9 @@ QString LibraryOpener::checkIid()
 
 QString LibraryOpener::loadInstance()
 {
+    if (!m_isWhole) { // loading it would end the process
+        return error(QStringLiteral("the file is cut off: its headers announce more than it holds"));
+    }
     // load() counts this loader among the users of the file: two folders may link the same one.
     QObject *instance = m_loader->load() ? m_loader->instance() : nullptr;
     if (!instance || !m_loader->isLoaded()) {
