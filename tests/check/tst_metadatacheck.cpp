@@ -312,8 +312,8 @@ void tst_MetadataCheck::requirementsOfAWrongFieldAreNotJudged_data()
     QTest::addColumn<QByteArray>("to");
     QTest::addColumn<QByteArray>("requirement");
     QTest::addColumn<int>("code");
-    QTest::newRow("type") << QByteArray("\"bool\"") << QByteArray("\"boolean\"")
-                          << QByteArray("alarm==true") << 10029;
+    QTest::newRow("type") << QByteArray("\"bool\"") << QByteArray("\"boolean\"") << QByteArray("alarm==true")
+                          << 10029;
     QTest::newRow("options") << QByteArray("\"index\": 0") << QByteArray("\"index\": \"0\"")
                              << QByteArray("mode==0") << 10036;
 }

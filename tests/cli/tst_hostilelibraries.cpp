@@ -77,9 +77,11 @@ LibraryImage hostileLibrary(const QByteArray &fault)
 void addRow(const Place &place, const Action &action)
 {
     const QByteArray fault = QByteArray(place.name) + ' ' + action.name;
-    const QString message = QStringLiteral("the plugin %1 in the check \"%2\", in %3 (seed 1)")
-                                .arg(QLatin1String(action.death), QLatin1String(place.check), QLatin1String(place.call));
-    QTest::newRow(fault.constData()) << hostileLibrary(fault).bytes << action.rule + QLatin1Char(' ') + message;
+    const QString message =
+        QStringLiteral("the plugin %1 in the check \"%2\", in %3 (seed 1)")
+            .arg(QLatin1String(action.death), QLatin1String(place.check), QLatin1String(place.call));
+    QTest::newRow(fault.constData()) << hostileLibrary(fault).bytes
+                                     << action.rule + QLatin1Char(' ') + message;
 }
 
 } // namespace
@@ -109,14 +111,19 @@ void tst_HostileLibraries::areContained_data()
         LibraryImage image = hostileLibrary({});
         damage(image);
         QTest::newRow(name) << image.bytes
-                            << QStringLiteral("load-crash the plugin crashes with SIGSEGV in the check \"load\", in "
-                                              "the loading of the library, with its static constructors (seed 1)");
+                            << QStringLiteral(
+                                   "load-crash the plugin crashes with SIGSEGV in the check \"load\", in "
+                                   "the loading of the library, with its static constructors (seed 1)");
     };
     // What the system's loader believes without a look.
-    row("names at a wild address", [](LibraryImage &image) { image.dynamic(DT_STRTAB).d_un.d_ptr = 1 << 30; });
-    row("symbols at a wild address", [](LibraryImage &image) { image.dynamic(DT_SYMTAB).d_un.d_ptr = 1 << 30; });
-    row("a needed library behind the names", [](LibraryImage &image) { image.dynamic(DT_NEEDED).d_un.d_val = 1 << 30; });
-    row("relocations without end", [](LibraryImage &image) { image.dynamic(DT_RELASZ).d_un.d_val = 1 << 30; });
+    row("names at a wild address",
+        [](LibraryImage &image) { image.dynamic(DT_STRTAB).d_un.d_ptr = 1 << 30; });
+    row("symbols at a wild address",
+        [](LibraryImage &image) { image.dynamic(DT_SYMTAB).d_un.d_ptr = 1 << 30; });
+    row("a needed library behind the names",
+        [](LibraryImage &image) { image.dynamic(DT_NEEDED).d_un.d_val = 1 << 30; });
+    row("relocations without end",
+        [](LibraryImage &image) { image.dynamic(DT_RELASZ).d_un.d_val = 1 << 30; });
     row("static constructors at a wild address",
         [](LibraryImage &image) { image.dynamic(DT_INIT_ARRAY).d_un.d_ptr = 1 << 30; });
 }
@@ -139,7 +146,8 @@ void tst_HostileLibraries::areContained()
     QCOMPARE(result.findings.size(), 1);
     const Finding &found = result.findings.first();
     // Some write last words; an emulator adds a line of its own.
-    QCOMPARE(found.rule + QLatin1Char(' ') + found.message.section(QStringLiteral("; it wrote last: "), 0, 0), finding);
+    QCOMPARE(found.rule + QLatin1Char(' ') + found.message.section(QStringLiteral("; it wrote last: "), 0, 0),
+             finding);
 }
 
 KORA_TEST_MAIN(tst_HostileLibraries)

@@ -61,10 +61,7 @@ public:
         bytes.append(content);
     }
     /// A section that holds this behind Qt's header.
-    void replaceCbor(const QByteArray &cbor)
-    {
-        replaceSection(QByteArray(metaData(), 16) + cbor);
-    }
+    void replaceCbor(const QByteArray &cbor) { replaceSection(QByteArray(metaData(), 16) + cbor); }
     void replaceMap(const QCborMap &map) { replaceCbor(QCborValue(map).toCbor()); }
     /// Another description of the plugin.
     void replaceDescription(const QCborValue &description)

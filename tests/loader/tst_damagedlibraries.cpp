@@ -172,8 +172,7 @@ void TestDamagedLibraries::noLibrary_data()
         const QString other = path + QLatin1Char('x');
         return QFile::link(other, path) && QFile::link(path, other);
     });
-    row("a link to a folder",
-        [](const QString &path) { return QFile::link(QFileInfo(path).path(), path); });
+    row("a link to a folder", [](const QString &path) { return QFile::link(QFileInfo(path).path(), path); });
     row("a link to an endless device",
         [](const QString &path) { return QFile::link(QStringLiteral("/dev/zero"), path); });
 }
@@ -248,9 +247,8 @@ void TestDamagedLibraries::cutOffFiles()
     row("cut off behind the identification", [](LibraryImage &) { return EI_NIDENT; });
     row("cut off in the header", [](LibraryImage &) { return sizeof(Elf64_Ehdr) - 1; });
     row("cut off behind the header", [](LibraryImage &) { return sizeof(Elf64_Ehdr); });
-    row("cut off in the program headers", [](LibraryImage &image) {
-        return image.header().e_phoff + sizeof(Elf64_Phdr) + 4;
-    });
+    row("cut off in the program headers",
+        [](LibraryImage &image) { return image.header().e_phoff + sizeof(Elf64_Phdr) + 4; });
     row("cut off in the code", [](LibraryImage &image) { return image.section(".text").sh_offset + 1; });
     row("cut off before the metadata",
         [](LibraryImage &image) { return image.section(".qtmetadata").sh_offset; });
@@ -277,8 +275,7 @@ void TestDamagedLibraries::wrongHeaders()
             [](LibraryImage &image) { image.header().e_ident[EI_DATA] = ELFDATANONE; });
     damaged("of a later version of the identification", "Cannot load library $: ($: invalid ELF header)",
             [](LibraryImage &image) { image.header().e_ident[EI_VERSION] = 9; });
-    damaged("of a later version",
-            "Cannot load library $: ($: ELF file version does not match current one)",
+    damaged("of a later version", "Cannot load library $: ($: ELF file version does not match current one)",
             [](LibraryImage &image) { image.header().e_version = 9; });
     damaged("for another system", "Cannot load library $: ($: ELF file OS ABI invalid)",
             [](LibraryImage &image) { image.header().e_ident[EI_OSABI] = ELFOSABI_AIX; });
@@ -315,8 +312,8 @@ void TestDamagedLibraries::wrongSections()
     row("section headers at the start", [](LibraryImage &image) { image.header().e_shoff = 0; });
     row("section headers at an odd place", [](LibraryImage &image) { image.header().e_shoff += 1; });
     row("section headers of which only the first is in the file", [](LibraryImage &image) {
-        image.bytes.append(QByteArray(reinterpret_cast<const char *>(&image.section(image.header().e_shstrndx)),
-                                      sizeof(Elf64_Shdr)));
+        image.bytes.append(QByteArray(
+            reinterpret_cast<const char *>(&image.section(image.header().e_shstrndx)), sizeof(Elf64_Shdr)));
         image.header().e_shoff = static_cast<quint64>(image.bytes.size()) - sizeof(Elf64_Shdr);
         image.header().e_shstrndx = 0;
     });
@@ -336,9 +333,8 @@ void TestDamagedLibraries::wrongSections()
     row("section names behind the end", [](LibraryImage &image) {
         image.section(image.header().e_shstrndx).sh_offset = static_cast<quint64>(image.bytes.size());
     });
-    row("section names before the file", [](LibraryImage &image) {
-        image.section(image.header().e_shstrndx).sh_offset = ~quint64(0xffff);
-    });
+    row("section names before the file",
+        [](LibraryImage &image) { image.section(image.header().e_shstrndx).sh_offset = ~quint64(0xffff); });
     row("section names that do not end", [](LibraryImage &image) {
         Elf64_Shdr &names = image.section(image.header().e_shstrndx);
         names.sh_size -= 1;
@@ -347,8 +343,7 @@ void TestDamagedLibraries::wrongSections()
         [](LibraryImage &image) { image.section(".text").sh_name = 0x7fffffff; });
     row("a section name before the file",
         [](LibraryImage &image) { image.section(".text").sh_name = 0xfffffff0; });
-    row("no section of Qt",
-        [](LibraryImage &image) { image.replaceText(".qtmetadata", ".qtmetadatA"); });
+    row("no section of Qt", [](LibraryImage &image) { image.replaceText(".qtmetadata", ".qtmetadatA"); });
     row("a section of Qt that takes no room",
         [](LibraryImage &image) { image.section(".qtmetadata").sh_type = SHT_NOBITS; });
     row("an empty section of Qt", [](LibraryImage &image) { image.section(".qtmetadata").sh_size = 0; });
@@ -365,8 +360,9 @@ void TestDamagedLibraries::wrongSections()
         section.sh_offset = ~quint64(0xfff);
         section.sh_size = 0x1000 + 64; // the sum is small
     });
-    row("a section of Qt over the code",
-        [](LibraryImage &image) { image.section(".qtmetadata").sh_offset = image.section(".text").sh_offset; });
+    row("a section of Qt over the code", [](LibraryImage &image) {
+        image.section(".qtmetadata").sh_offset = image.section(".text").sh_offset;
+    });
     row("a section of Qt that ends within its content",
         [](LibraryImage &image) { image.section(".qtmetadata").sh_size -= 20; });
     row("a section of Qt that begins behind its mark", [](LibraryImage &image) {
@@ -378,7 +374,8 @@ void TestDamagedLibraries::wrongSections()
 void TestDamagedLibraries::wrongSegments()
 {
     damaged("a segment behind the end", cutOff, [](LibraryImage &image) {
-        image.segment(PT_LOAD, 1).p_offset = static_cast<quint64>(image.bytes.size() + 0xfff) & ~quint64(0xfff);
+        image.segment(PT_LOAD, 1).p_offset =
+            static_cast<quint64>(image.bytes.size() + 0xfff) & ~quint64(0xfff);
     });
     damaged("a segment that runs out of the file", cutOff, [](LibraryImage &image) {
         image.segment(PT_LOAD, 1).p_filesz = static_cast<quint64>(image.bytes.size()) + 0x10000;
@@ -394,8 +391,8 @@ void TestDamagedLibraries::wrongSegments()
     damaged("a segment between pages",
             "Cannot load library $: ($: ELF load command alignment not page-aligned)",
             [](LibraryImage &image) { image.segment(PT_LOAD, 1).p_align = 8; });
-    damaged("no segment that is loaded",
-            "Cannot load library $: ($: object file has no loadable segments)", [](LibraryImage &image) {
+    damaged("no segment that is loaded", "Cannot load library $: ($: object file has no loadable segments)",
+            [](LibraryImage &image) {
                 for (int i = 0; i < 4; ++i) {
                     image.segment(PT_LOAD).p_type = PT_NULL;
                 }
@@ -424,11 +421,14 @@ void TestDamagedLibraries::wrongMetaDataSections()
     row("metadata of a later version of the form", [](LibraryImage &image) { image.metaData()[12] = 1; });
     row("metadata of its mark alone", [](LibraryImage &image) { image.replaceSection("QTMETADATA !"); });
     row("metadata of its header alone", [](LibraryImage &image) { image.replaceCbor({}); });
-    row("metadata that ends in its first text", [](LibraryImage &image) { image.replaceCbor("\xa1\x02\x78\x1borg"); });
+    row("metadata that ends in its first text",
+        [](LibraryImage &image) { image.replaceCbor("\xa1\x02\x78\x1borg"); });
     row("metadata that is no map", [](LibraryImage &image) { image.replaceCbor("\x83\1\2\3"); });
     row("metadata of a reserved kind", [](LibraryImage &image) { image.replaceCbor("\xff"); });
     row("metadata with a text that is no text", [](LibraryImage &image) {
-        image.replaceCbor(QCborValue(QCborMap{{2, QString::fromLatin1(goodIid())}}).toCbor().replace("Vako", "\xff\xfe\xfd\xfc"));
+        image.replaceCbor(QCborValue(QCborMap{{2, QString::fromLatin1(goodIid())}})
+                              .toCbor()
+                              .replace("Vako", "\xff\xfe\xfd\xfc"));
     });
     row("metadata with a text longer than the file",
         [](LibraryImage &image) { image.replaceCbor("\xa1\x02\x7a\x7f\xff\xff\xff"); });
@@ -438,8 +438,9 @@ void TestDamagedLibraries::wrongMetaDataSections()
         [](LibraryImage &image) { image.replaceCbor("\xbb\x0f\xff\xff\xff\xff\xff\xff\xff"); });
     row("metadata that nests without end",
         [](LibraryImage &image) { image.replaceCbor("\xa1\x04" + QByteArray(100000, '\x81')); });
-    row("metadata without interface identifier",
-        [](LibraryImage &image) { image.replaceMap({{3, QStringLiteral("Good")}}); });
+    row("metadata without interface identifier", [](LibraryImage &image) {
+        image.replaceMap({{3, QStringLiteral("Good")}});
+    });
     row("an empty interface identifier", [](LibraryImage &image) { image.replaceMap({{2, QString()}}); });
     row("a number for interface identifier", [](LibraryImage &image) { image.replaceMap({{2, 5}}); });
     row("empty metadata", [](LibraryImage &image) { image.replaceMap({}); });
@@ -458,17 +459,20 @@ void TestDamagedLibraries::wrongMetaDataSections()
 
 void TestDamagedLibraries::wrongDescriptions()
 {
-    damaged("no description", "MetaData attribute not present",
-            [](LibraryImage &image) { image.replaceMap({{2, QString::fromLatin1(goodIid())}}); });
-    damaged("a description that is no object", "MetaData attribute not valid",
-            [](LibraryImage &image) { image.replaceDescription(QCborArray{1, 2}); });
+    damaged("no description", "MetaData attribute not present", [](LibraryImage &image) {
+        image.replaceMap({{2, QString::fromLatin1(goodIid())}});
+    });
+    damaged("a description that is no object", "MetaData attribute not valid", [](LibraryImage &image) {
+        image.replaceDescription(QCborArray{1, 2});
+    });
     damaged("a description of infinite numbers", "MetaData/version attribute not valid",
             [](LibraryImage &image) {
                 QCborMap map = QCborValue::fromJsonValue(description("{}")).toMap();
                 map[QStringLiteral("version")] = qInf();
                 image.replaceDescription(map);
             });
-    described("an empty description of the author", "MetaData/author attribute not valid", R"({"author": null})");
+    described("an empty description of the author", "MetaData/author attribute not valid",
+              R"({"author": null})");
     described("a number for id", "MetaData/id attribute not valid", R"({"id": 5})");
     described("an id that is a path", "MetaData/id attribute not valid",
               R"({"id": "0a5e9c10-0000-4000-8000-000000000001/../../x"})");
@@ -490,11 +494,13 @@ void TestDamagedLibraries::wrongDescriptions()
               R"({"widgets": [{"id": "gauge"}]})");
     described("a widget of no size", "MetaData/widgets/defaultSize attribute is not valid",
               R"({"widgets": [{"id": "gauge", "version": "1.0.0", "defaultSize": "wide"}]})");
-    described("a field of no known type", "MetaData/widgets/fields/type attribute is not valid",
-              R"({"widgets": [{"id": "gauge", "version": "1.0.0", "fields": [{"id": "a", "type": "int", "display": "A"}]}]})");
-    described("a requirement of a field that is not there",
-              "MetaData/widgets/fields/requirements attribute is not valid",
-              R"({"widgets": [{"id": "gauge", "version": "1.0.0", "fields": [{"id": "a", "type": "bool", "display": "A",
+    described(
+        "a field of no known type", "MetaData/widgets/fields/type attribute is not valid",
+        R"({"widgets": [{"id": "gauge", "version": "1.0.0", "fields": [{"id": "a", "type": "int", "display": "A"}]}]})");
+    described(
+        "a requirement of a field that is not there",
+        "MetaData/widgets/fields/requirements attribute is not valid",
+        R"({"widgets": [{"id": "gauge", "version": "1.0.0", "fields": [{"id": "a", "type": "bool", "display": "A",
                   "requirements": "b==1"}]}]})");
     QTest::newRow("a description as moc wrote it")
         << library(KORA_TEST_LIBRARY_fixture_badmetadata)
@@ -511,7 +517,8 @@ void TestDamagedLibraries::wrongCode()
             "Cannot load library $: ($: undefined symbol: qt_version_taG, version Qt_5.15)",
             [](LibraryImage &image) { image.replaceText("qt_version_tag", "qt_version_taG"); });
     damaged("a Qt that is not there",
-            "Cannot load library $: (/lib/x86_64-linux-gnu/libQt5Core.so.5: version `Qt_5.99' not found (required by $))",
+            "Cannot load library $: (/lib/x86_64-linux-gnu/libQt5Core.so.5: version `Qt_5.99' not found "
+            "(required by $))",
             [](LibraryImage &image) { image.replaceText("Qt_5.15", "Qt_5.99"); });
     damaged("a library that is not there",
             "Cannot load library $: (libQt5Cure.so.5: cannot open shared object file: No such file or "

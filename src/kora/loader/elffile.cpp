@@ -142,7 +142,8 @@ QByteArray ElfFile::section(const char *name) const
 QStringList ElfFile::neededLibraries() const
 {
     for (const Section &section : m_sections) {
-        if (section.type != sectionDynamic || !isInFile(section) || section.link >= static_cast<quint32>(m_sections.size())) {
+        if (section.type != sectionDynamic || !isInFile(section)
+            || section.link >= static_cast<quint32>(m_sections.size())) {
             continue;
         }
         const QByteArray names = contentOf(m_sections.at(static_cast<int>(section.link)));
