@@ -14,30 +14,29 @@ namespace INTERNAL {
 namespace {
 
 const char magic[] = "QTMETADATA ";
-constexpr char cborMark = '!';    // behind the magic; Qt before 5.14 wrote another form
-constexpr int markOffset = 11;    // of what follows the magic
-constexpr int versionOffset = 12; // of the form: 0
-constexpr int qtMajorOffset = 13;
-constexpr int qtMinorOffset = 14;
-constexpr int flagsOffset = 15;
-constexpr int headerSize = 16;
+constexpr int formOffset = 11; // behind the magic: '!' for CBOR
+constexpr int versionOffset = 12;
+constexpr int headerSize = 16; // magic, form, its version, Qt's version, flags
 
 } // namespace
 
 MetaDataSection readMetaDataSection(const QByteArray &section)
 {
-    const int start = section.indexOf(magic);
-    if (start < 0 || section.size() < start + headerSize) {
-        return {};
-    }
-    const auto byte = [&](int offset) { return static_cast<unsigned char>(section.at(start + offset)); };
-    if (byte(markOffset) != cborMark || byte(versionOffset) != 0) {
+    // Where the magic is twice, even in a text of the metadata, the last one counts.
+    const QByteArray data = section.mid(qMax(0, section.lastIndexOf(magic)));
+    if (!data.startsWith(magic) || data.size() < headerSize || data.at(formOffset) != '!'
+        || data.at(versionOffset) != 0) {
         return {};
     }
     QCborParserError problem;
-    const QCborValue value = QCborValue::fromCbor(section.mid(start + headerSize), &problem);
-    const bool isValid = problem.error == QCborError::NoError && value.isMap();
-    return {isValid, byte(qtMajorOffset), byte(qtMinorOffset), (byte(flagsOffset) & 1) != 0, value.toMap()};
+    const QCborValue value = QCborValue::fromCbor(data.mid(headerSize), &problem);
+    const bool isComplete = problem.error == QCborError::NoError || problem.error == QCborError::GarbageAtEnd;
+    if (!isComplete || !value.isMap()) {
+        return {};
+    }
+    const auto byte = [&data](int offset) { return static_cast<unsigned char>(data.at(offset)); };
+    return {true, byte(versionOffset + 1), byte(versionOffset + 2), (byte(versionOffset + 3) & 1) != 0,
+            value.toMap()};
 }
 
 LibraryFile::LibraryFile(const QString &path)

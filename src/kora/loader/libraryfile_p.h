@@ -17,7 +17,8 @@ struct MetaDataSection
     QCborMap map; ///< by Qt's own keys
 };
 
-/// Reads the section as Qt does. Invalid where Qt would find fault with it.
+/// Reads the section as Qt does. Invalid where Qt would find fault with it, and for the form before Qt 5.12: plugins are
+/// built with 5.15.
 MetaDataSection readMetaDataSection(const QByteArray &section);
 
 /// How much of a library file Qt and the system's loader may be trusted with. Qt 5.15 follows the offsets of a damaged

@@ -168,8 +168,20 @@ Findings checkTarget(const QString &path, const ElfFile &elf, const PlatformTrai
     return {};
 }
 
-// Qt's keys in the section.
-enum SectionKey : int { SectionIid = 2, SectionClassName = 3, SectionMetaData = 4 };
+// Qt's keys in the section that are numbers; other keys are texts.
+QString nameOfKey(const QCborValue &key)
+{
+    switch (key.toInteger(-1)) {
+    case 2:
+        return iidKey;
+    case 3:
+        return QStringLiteral("className");
+    case 4:
+        return metaDataKey;
+    default:
+        return key.toString();
+    }
+}
 
 LibraryMetaData readSection(const QByteArray &section)
 {
@@ -179,15 +191,11 @@ LibraryMetaData readSection(const QByteArray &section)
     result.qtMajor = read.qtMajor;
     result.qtMinor = read.qtMinor;
     result.isDebug = read.isDebug;
-    const struct
-    {
-        int key;
-        QLatin1String name;
-    } names[] = {
-        {SectionIid, iidKey}, {SectionClassName, QLatin1String("className")}, {SectionMetaData, metaDataKey}};
-    for (const auto &name : names) {
-        if (read.map.contains(name.key)) {
-            result.object.insert(name.name, read.map.value(name.key).toJsonValue());
+    // Of a key that is there twice the last value counts, as with Qt.
+    for (auto entry = read.map.begin(); entry != read.map.end(); ++entry) {
+        const QString name = nameOfKey(entry.key());
+        if (!name.isEmpty()) {
+            result.object.insert(name, entry.value().toJsonValue());
         }
     }
     return result;
