@@ -69,8 +69,7 @@ const Action rareActions[] = {
 LibraryImage hostileLibrary(const QByteArray &fault)
 {
     LibraryImage image(PluginFolders::readFile(KORA_TEST_LIBRARY_fixture_hostile));
-    const QByteArray place("fault:            ");
-    image.replaceText(place, ("fault:" + fault).leftJustified(place.size()));
+    image.setFault(fault);
     return image;
 }
 

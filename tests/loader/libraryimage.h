@@ -76,6 +76,12 @@ public:
         Q_ASSERT(text.size() == replacement.size() && bytes.contains(text));
         bytes.replace(text, replacement);
     }
+    /// What fixture_hostile is to do, and where.
+    void setFault(const QByteArray &fault)
+    {
+        const int width = 26;
+        replaceText("fault:" + QByteArray(width, ' '), "fault:" + fault.leftJustified(width));
+    }
 
     QByteArray bytes;
 

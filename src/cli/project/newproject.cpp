@@ -288,8 +288,8 @@ private:
     {
         const QString path = QDir(m_dir).filePath(name);
         QString reason = QStringLiteral("its folder cannot be made");
-        const bool ok = QDir().mkpath(QFileInfo(path).path())
-                        && KORA::INTERNAL::replaceFile(path, text.toUtf8(), reason);
+        const bool ok =
+            QDir().mkpath(QFileInfo(path).path()) && KORA::INTERNAL::replaceFile(path, text.toUtf8(), reason);
         if (!ok && m_problem.isEmpty()) {
             m_problem = QStringLiteral("%1 cannot be written: %2").arg(name, reason);
         }

@@ -101,8 +101,8 @@ private:
 
 LibraryOpener::~LibraryOpener()
 {
-    if (m_loader && m_loader->isLoaded()) {
-        m_loader->unload();
+    if (m_loader) {
+        m_loader->unload(); // a library that has no root object is open, but not "loaded"
     }
 }
 
