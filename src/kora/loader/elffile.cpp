@@ -50,22 +50,25 @@ bool ElfFile::isSharedObject() const
 
 void ElfFile::readHeaders()
 {
-    m_hasWholeSegments = segmentsFit();
-    const bool isWhole = readSections();
+    const bool isWhole = readSections() && hasSegmentTable() && hasWholeSegments();
     m_hasWholeNames = readNames(static_cast<int>(number(choose(50, 62), 2)));
-    if (m_hasWholeSegments && isWhole) {
+    if (isWhole) {
         m_state = State::Fine;
     }
 }
 
-bool ElfFile::segmentsFit() const
+bool ElfFile::hasSegmentTable() const
+{
+    const quint64 entrySize = number(choose(42, 54), 2);
+    const quint64 count = number(choose(44, 56), 2);
+    return count == 0 || (entrySize >= choose(32, 56) && contains(word(choose(28, 32)), entrySize * count));
+}
+
+bool ElfFile::hasWholeSegments() const
 {
     const quint64 table = word(choose(28, 32));
     const quint64 entrySize = number(choose(42, 54), 2);
-    const quint64 count = number(choose(44, 56), 2);
-    if (count > 0 && (entrySize < choose(32, 56) || !contains(table, entrySize * count))) {
-        return false;
-    }
+    const quint64 count = hasSegmentTable() ? number(choose(44, 56), 2) : 0;
     for (quint64 i = 0; i < count; ++i) {
         const quint64 entry = table + i * entrySize;
         const bool isLoaded = number(entry, 4) == segmentLoad;

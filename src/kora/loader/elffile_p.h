@@ -31,8 +31,8 @@ public:
     bool isBigEndian() const { return m_isBigEndian; }
     int machine() const { return m_machine; }
     bool isSharedObject() const;
-    /// Whether the file holds all that is loaded from it.
-    bool hasWholeSegments() const { return m_hasWholeSegments; }
+    /// False if a segment that is loaded lies beyond the end of the file.
+    bool hasWholeSegments() const;
     /// Whether every section has its name in the table of names, which ends as a text does.
     bool hasWholeNames() const { return m_hasWholeNames; }
     /// The content of the first section of that name; null if there is none. It may be whole in a truncated file.
@@ -56,7 +56,7 @@ private:
     void readHeaders();
     bool readSections();
     bool readNames(int index);
-    bool segmentsFit() const;
+    bool hasSegmentTable() const;
     Section readSection(quint64 offset) const;
     bool isInFile(const Section &section) const;
     QByteArray contentOf(const Section &section) const;
@@ -71,7 +71,6 @@ private:
     bool m_hasTarget = false;
     bool m_is64 = false;
     bool m_isBigEndian = false;
-    bool m_hasWholeSegments = false;
     bool m_hasWholeNames = false;
     int m_machine = 0;
     int m_type = 0;
