@@ -3,6 +3,8 @@
 // Libraries that do harm when their code runs: what kora check --load says of each, alive.
 #include <QtTest/QTest>
 
+#include <functional>
+
 #include <support/testmain.h>
 
 #include <loader/libraryimage.h>
@@ -100,7 +102,10 @@ void tst_HostileLibraries::areContained_data()
     QTest::addColumn<QString>("finding");
     for (const Place &place : places) {
         for (const Action &action : actions) {
-            addRow(place, action);
+            const bool isAfterReport = qstrcmp(place.name, "end") == 0; // when ending is what is due
+            if (!isAfterReport || qstrcmp(action.rule, "load-exit") != 0) {
+                addRow(place, action);
+            }
         }
     }
     for (const Action &action : rareActions) {
