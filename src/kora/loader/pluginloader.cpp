@@ -87,6 +87,7 @@ public:
     WidgetLibraryPluginData *takeRecord(double loadingTimeMs);
 
 private:
+    bool hasMetaData();
     QString checkIid();
     QString loadInstance();
     QString readMetaInformation(const QString &expectedId);
@@ -126,14 +127,18 @@ QString LibraryOpener::error(const QString &reason) const
     return QStringLiteral("Error loading the plugin %1: %2").arg(m_path, reason);
 }
 
+bool LibraryOpener::hasMetaData()
+{
+    const LibraryFile file(m_path);
+    m_isWhole = file.isWhole();
+    return file.hasMetaData();
+}
+
 QString LibraryOpener::checkIid()
 {
     QString iid;
     // For a file that is not there Qt's loader would try others of a similar name.
-    const bool isFile = QFileInfo(m_path).isFile();
-    const LibraryFile file(isFile ? m_path : QString());
-    if (file.hasMetaData()) {
-        m_isWhole = file.isWhole();
+    if (QFileInfo(m_path).isFile() && hasMetaData()) {
         m_loader = std::make_unique<QPluginLoader>(m_path);
         // An unresolved symbol is an error now, not a crash later; and the code stays mapped when the plugin is
         // unloaded, as widgets of it may still live.
