@@ -426,7 +426,7 @@ void TestDamagedLibraries::wrongMetaDataSections()
     ofQt("for a later Qt 5", "5.99.0", 5, 99);
     ofQt("for Qt 6", "6.0.0", 6, 0);
     row("metadata of another form", [](LibraryImage &image) { image.metaData()[11] = '?'; });
-    row("metadata of the form before Qt 5.14", [](LibraryImage &image) { image.metaData()[11] = ' '; });
+    row("metadata of the form before Qt 5.12", [](LibraryImage &image) { image.metaData()[11] = ' '; });
     row("metadata of a later version of the form", [](LibraryImage &image) { image.metaData()[12] = 1; });
     row("metadata of its mark alone", [](LibraryImage &image) { image.replaceSection("QTMETADATA !"); });
     row("metadata of its header alone", [](LibraryImage &image) { image.replaceCbor({}); });
