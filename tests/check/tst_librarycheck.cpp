@@ -282,7 +282,7 @@ void tst_LibraryCheck::findingsTellTheCause_data()
             QFile::rename(folders.put(id, goodLibrary()), folders.libraryPath(id) + QStringLiteral(".1"));
             return diagnosePluginFolder(folders.folder(id));
         }),
-        "library-missing", "; its place holds lib00000000");
+        "library-missing", "; its place holds lib0a5e9c10-0000-4000-8000-000000000001.so.1");
     row("a library of another platform", Diagnose([](const PluginFolders &folders) {
             const QString path = libraryPathInFolder(folders.folder(id), QStringLiteral("linux/arm32"));
             QDir().mkpath(QFileInfo(path).path());

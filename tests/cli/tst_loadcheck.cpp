@@ -116,7 +116,10 @@ void tst_LoadCheck::eachFaultIsFoundByItsCheckAlone_data()
     row("no_item", one("load-item-class"));
     row("no_widget", one("load-widget-class"));
     row("null_class", one("load-widget-class"));
+    row("null_item", one("load-item-class"));
+    row("other_class", one("load-widget-class"));
     row("other_data", one("load-widget-class"));
+    row("other_item", one("load-item-class"));
     row("other_item_data", one("load-item-class"));
     row("own_scene", one("load-item-class"));
     row("painter", one("load-paint"));
