@@ -425,6 +425,7 @@ void tst_WidgetMetaData::aFieldNeedsLittle()
     QVERIFY(field.isValid() && field.description().isEmpty() && field.group().isEmpty());
     QVERIFY(!field.tagCanBeAttached() && !field.readOnly() && !field.isPrivate() && !field.tagOnDemand());
     QVERIFY(!field.isMultiLanguage() && !field.defaultFontSpecified() && field.displayFontFamily().isEmpty());
+    QCOMPARE(field.defaultFont(), Utils::defaultFont());
     QVERIFY(!field.defaultValue().isValid() && !field.minimum().isValid() && !field.maximum().isValid());
     QVERIFY(field.requirements().isEmpty() && field.options().isEmpty()
             && field.tagAcceptedTypes().isEmpty());
