@@ -91,6 +91,7 @@ private Q_SLOTS:
     void renderRefusesWhatDoesNotFit();
     void renderTellsWhatItCannotDo();
     void resourcesTellsWhatBecameOfEachFolder();
+    void resourcesNeedPlugins();
     void resourcesRefusesDirectoriesThatAreNotItsOwn_data();
     void resourcesRefusesDirectoriesThatAreNotItsOwn();
 
@@ -149,6 +150,14 @@ void tst_Cli::wrongUsage_data()
     QTest::newRow("unknown format") << QStringList{QStringLiteral("describe"), builtFolder(lampsId),
                                                    QStringLiteral("--format"), QStringLiteral("xml")}
                                     << QStringLiteral("xml");
+    QTest::newRow("no language code")
+        << QStringList{QStringLiteral("resources"), path(QStringLiteral(".")), path(QStringLiteral("out")),
+                       QStringLiteral("--language"), QStringLiteral("italian")}
+        << QStringLiteral("--language italian: a language code looks like en-US");
+    QTest::newRow("no output directory")
+        << QStringList{QStringLiteral("resources"), path(QStringLiteral(".")), QString(),
+                       QStringLiteral("--language"), QStringLiteral("en-US")}
+        << QStringLiteral("the output directory has no name");
     QTest::newRow("nowhere to write")
         << QStringList{QStringLiteral("render"), builtFolder(lampsId)} << QStringLiteral("--out");
 }
@@ -583,6 +592,20 @@ void tst_Cli::resourcesTellsWhatBecameOfEachFolder()
     QCOMPARE(result.exitCode, 1);
     QVERIFY(result.err.startsWith(QStringLiteral("kora: not every plugin was loaded\n")));
     QCOMPARE(lineWith(result.out, lampsId).section(QLatin1Char(' '), 1, 1), QStringLiteral("kept"));
+}
+
+void tst_Cli::resourcesNeedPlugins()
+{
+    const auto run = [this](const char *plugins) {
+        return kora({QStringLiteral("resources"), path(QLatin1String(plugins)), path(QStringLiteral("out")),
+                     QStringLiteral("--language"), QStringLiteral("en-US")});
+    };
+    QCOMPARE(run("nowhere").exitCode, 1);
+    QVERIFY(run("nowhere").err.contains(QStringLiteral("nowhere does not exist")));
+    QVERIFY(QDir().mkpath(path(QStringLiteral("plugins"))));
+    QCOMPARE(run("plugins").exitCode, 1);
+    QVERIFY(run("plugins").err.contains(QStringLiteral("there is no plugin to generate resources for in ")));
+    QVERIFY(!QFileInfo::exists(path(QStringLiteral("out"))));
 }
 
 void tst_Cli::resourcesRefusesDirectoriesThatAreNotItsOwn_data()

@@ -182,6 +182,7 @@ private slots:
     void pinch();
     void pinchValues();
     void pinchJumpKeepsScale();
+    void swipeTellsItsStage();
     void noGestureIsStreamed();
     void pinchLog();
     void foreignTargetsAreIgnored();
@@ -559,6 +560,22 @@ void TestGestureRecognizers::pinchValues()
     QCOMPARE(startPositions[1], origin + QPointF(100, 100));
     QCOMPARE(debugText(pinch), debugText(std::make_unique<PinchGesture>().get()));
     QVERIFY(PinchGesturePrivateAccessor::priv(pinch)->isNewSequence);
+}
+
+// As those that look into a gesture see it.
+void TestGestureRecognizers::swipeTellsItsStage()
+{
+    using Private = KORA::SwipeGesturePrivate;
+    Driver<SwipeGesture> driver(new SwipeGestureRecognizer(1));
+    const auto *d = SwipeGesturePrivateAccessor::priv(driver.gesture());
+    for (const char *steps : {"begin 0,0 maybe; update 9,0 maybe", "press 0,0 maybe; move 9,0 maybe"}) {
+        driver.reset();
+        QCOMPARE(d->recognitionState, Private::NotRecognizing);
+        driver.run(QString::fromLatin1(steps).split(QStringLiteral("; ")).mid(0, 1));
+        QCOMPARE(d->recognitionState, Private::Started);
+        driver.run(QString::fromLatin1(steps).split(QStringLiteral("; ")).mid(1));
+        QCOMPARE(d->recognitionState, Private::Moving);
+    }
 }
 
 void TestGestureRecognizers::noGestureIsStreamed()
