@@ -54,6 +54,7 @@ private slots:
     void acceptedTagTypes();
     void aFontObjectIsReadOverTheDefaultFont_data();
     void aFontObjectIsReadOverTheDefaultFont();
+    void theKeysOfTextsAreReadAlone();
     void translationsReachEveryText();
     void aLaterWidgetReplacesItsTwin();
     void aLibraryParsesInLinearTime();
@@ -536,6 +537,42 @@ void tst_WidgetMetaData::aFontObjectIsReadOverTheDefaultFont()
     QFont font = before;
     QCOMPARE(Utils::infoFromMetaDataParseFontObject(MetaData::json(json).toObject(), font), accepted);
     QCOMPARE(Utils::fieldFontToString(font), accepted ? text : Utils::fieldFontToString(before));
+}
+
+// As a host reads them that has the object of a text field.
+void tst_WidgetMetaData::theKeysOfTextsAreReadAlone()
+{
+    const auto object = [](const char *json) { return MetaData::json(QString::fromLatin1(json)).toObject(); };
+    bool flag = false;
+    QVERIFY(Utils::infoFromMetaDataParseStringFieldIsMultiLanguage(object("{'multiLanguage': true}"), flag));
+    QVERIFY(flag);
+    QVERIFY(!Utils::infoFromMetaDataParseStringFieldIsMultiLanguage(object("{'multiLanguage': 0}"), flag));
+    QVERIFY(flag); // untouched
+    QVERIFY(Utils::infoFromMetaDataParseStringFieldIsMultiLanguage(object("{}"), flag));
+    QVERIFY(!flag);
+
+    FieldMetaInformation field;
+    QCOMPARE(parseField(MetaData::field("string"_s), field), 0);
+    QCOMPARE(Utils::infoFromMetaDataParseStringFieldCommon(
+                 object("{'multiLanguage': true, 'defaultFont': {'size': 14}}"), field),
+             0);
+    QFont font = Utils::defaultFont();
+    font.setPointSize(14);
+    const auto isChanged = [&] {
+        return field.isMultiLanguage() && field.defaultFontSpecified() && field.defaultFont() == font;
+    };
+    QVERIFY(isChanged() && field.isValid() && field.type() == FieldTypeString);
+    QCOMPARE(Utils::infoFromMetaDataParseStringFieldCommon(object("{'multiLanguage': 'no'}"), field), 10040);
+    QVERIFY(isChanged());
+    QCOMPARE(Utils::infoFromMetaDataParseStringFieldCommon(object("{'defaultFont': 'Roboto'}"), field),
+             10039);
+    QVERIFY(isChanged());
+    QCOMPARE(Utils::infoFromMetaDataParseStringFieldCommon(object("{}"), field), 0);
+    QVERIFY(!field.isMultiLanguage() && field.defaultFont() == Utils::defaultFont());
+
+    QList<TranslationStringType> translations;
+    QCOMPARE(Utils::infoFromMetaDataParseField(QJsonValue(5), field, {}, english, translations), 10012);
+    QVERIFY(field.isValid() && translations.isEmpty());
 }
 
 void tst_WidgetMetaData::translationsReachEveryText()
