@@ -430,6 +430,12 @@ void tst_WidgetMetaData::aFieldNeedsLittle()
     QVERIFY(!field.defaultValue().isValid() && !field.minimum().isValid() && !field.maximum().isValid());
     QVERIFY(field.requirements().isEmpty() && field.options().isEmpty()
             && field.tagAcceptedTypes().isEmpty());
+    // Keys of texts mean nothing to other types, whatever they hold.
+    for (const char *type : {"integer", "double", "bool", "color", "image", "tag", "trend"}) {
+        const auto strange = MetaData::field(QLatin1String(type), "{'multiLanguage': 5, 'defaultFont': 5}"_s);
+        QCOMPARE(parseField(strange, field), 0);
+        QVERIFY(!field.isMultiLanguage() && !field.isMultiLanguageText());
+    }
     // Unlike a widget's, a field's id may be empty.
     QCOMPARE(parseField(MetaData::field("tag"_s, "{'id': ''}"_s), field), 0);
     QVERIFY(field.isValid() && field.id().isEmpty() && field.tagCanBeAttached());
