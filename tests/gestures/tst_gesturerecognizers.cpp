@@ -183,6 +183,7 @@ private slots:
     void pinchValues();
     void pinchJumpKeepsScale();
     void swipeTellsItsStage();
+    void swipesThatTakeLongerAreSlower();
     void noGestureIsStreamed();
     void pinchLog();
     void foreignTargetsAreIgnored();
@@ -576,6 +577,17 @@ void TestGestureRecognizers::swipeTellsItsStage()
         driver.run(QString::fromLatin1(steps).split(QStringLiteral("; ")).mid(1));
         QCOMPARE(d->recognitionState, Private::Moving);
     }
+}
+
+void TestGestureRecognizers::swipesThatTakeLongerAreSlower()
+{
+    Driver<SwipeGesture> driver(new SwipeGestureRecognizer(1));
+    driver.run("begin 0,0 maybe; update 0,0 maybe");
+    QTest::qSleep(20);
+    driver.run("update 40,0 maybe");
+    // 40 pixels in 20 ms or more, and what is left of the velocity of 1 that a swipe begins with.
+    QVERIFY2(driver.gesture()->velocity() > 0.8 && driver.gesture()->velocity() <= 2 + 0.81,
+             QByteArray::number(driver.gesture()->velocity()));
 }
 
 void TestGestureRecognizers::noGestureIsStreamed()
