@@ -625,7 +625,7 @@ void TestBenchWindow::filesAreChosenInDialogs()
             if (!path.isEmpty()) {
                 dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(path);
             }
-            dialog->done(path.isEmpty() ? QDialog::Rejected : QDialog::Accepted);
+            static_cast<QDialog *>(dialog)->done(path.isEmpty() ? QDialog::Rejected : QDialog::Accepted);
         });
         bench.trigger(action);
         return isAsked;

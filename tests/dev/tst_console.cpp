@@ -269,7 +269,7 @@ void TestConsole::linesAreCopiedMarkedAndSaved()
         QTimer::singleShot(0, &pane, [path] {
             auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
             dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(path);
-            dialog->done(path.isEmpty() ? QDialog::Rejected : QDialog::Accepted);
+            static_cast<QDialog *>(dialog)->done(path.isEmpty() ? QDialog::Rejected : QDialog::Accepted);
         });
         button("consoleSave")->click();
         console.flush();
