@@ -529,6 +529,7 @@ void tst_FieldValues::aValueIsConvertedToTheField_data()
         fails(qPrintable(row("one more than the largest")), type, QVariant(2147483648.0));
         fails(qPrintable(row("one less than the smallest")), type, QVariant(-2147483649.0));
         fails(qPrintable(row("an unsigned number")), type, QVariant(2147483648U));
+        fails(qPrintable(row("a long unsigned number")), type, QVariant(2147483648ULL));
         fails(qPrintable(row("a huge number")), type, QVariant(1e300));
         fails(qPrintable(row("infinity")), type, QVariant(-infinite));
         fails(qPrintable(row("not a number")), type, QVariant(notANumber));

@@ -576,6 +576,22 @@ void tst_WidgetMetaData::theKeysOfTextsAreReadAlone()
     QCOMPARE(Utils::infoFromMetaDataParseStringFieldCommon(object("{}"), field), 0);
     QVERIFY(!field.isMultiLanguage() && field.defaultFont() == Utils::defaultFont());
 
+    LogRecorder log;
+    const auto refused = [&field](const char *type, const QStringList &defaults) {
+        for (const QString &text : defaults) {
+            const auto patch = "{'multiLanguage': true, 'defaultValue': %1}"_s.arg(text);
+            if (parseField(MetaData::field(QLatin1String(type), patch), field) != 10031)
+                return text;
+        }
+        return QString();
+    };
+    QCOMPARE(refused("string", {"5"_s, "{}"_s}), QString());
+    QCOMPARE(refused("stringList", {"5"_s, "[['a', 'c'], 5]"_s, "[{}]"_s}), QString());
+    QCOMPARE(refused("stringMap", {"{}"_s, "['a']"_s, "[{'i': 1.5, 'v': 'a'}]"_s, "[{'i': 1, 'v': 5}]"_s,
+                                   "[{'i': 1, 'v': 'a'}, {'i': 1, 'v': 'b'}]"_s}),
+             QString());
+    log.takeLines();
+
     QList<TranslationStringType> translations;
     QCOMPARE(Utils::infoFromMetaDataParseField(QJsonValue(5), field, {}, english, translations), 10012);
     QVERIFY(field.isValid() && translations.isEmpty());

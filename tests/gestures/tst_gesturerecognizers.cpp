@@ -362,12 +362,13 @@ void TestGestureRecognizers::swipeValues()
 void TestGestureRecognizers::swipeReset()
 {
     Driver<SwipeGesture> driver(new SwipeGestureRecognizer(1));
-    driver.run("begin 0,0 maybe; update 0,0 maybe; update 60,0 trigger");
+    driver.run("begin 0,0 maybe; update 0,0 maybe; update 60,30 trigger");
     driver.reset();
     const auto *d = SwipeGesturePrivateAccessor::priv(driver.gesture());
     QCOMPARE(directionNames(d->horizontalDirection, d->verticalDirection),
              QStringLiteral("NoDirection NoDirection"));
     QCOMPARE(d->velocity, 0.0);
+    QCOMPARE(d->swipeAngle, 0.0);
     QVERIFY(d->lastPositions.at(0).isNull());
     QVERIFY(!d->timer.isValid());
     QCOMPARE(d->startPoint, origin);
