@@ -178,10 +178,10 @@ private Q_SLOTS:
     void faultsNameTheirOwner();
     void eachRuleFindsItsFixtureAlone_data();
     void eachRuleFindsItsFixtureAlone();
-    void findingsSuitTheCase_data();
-    void findingsSuitTheCase();
     void requirementsOfAWrongFieldAreNotJudged_data();
     void requirementsOfAWrongFieldAreNotJudged();
+    void findingsSuitTheCase_data();
+    void findingsSuitTheCase();
     void brokenJson_data();
     void brokenJson();
     void everyCodeIsExplained();
@@ -308,6 +308,37 @@ void tst_MetadataCheck::eachRuleFindsItsFixtureAlone()
     QVERIFY(finding.line > 0);
 }
 
+void tst_MetadataCheck::requirementsOfAWrongFieldAreNotJudged_data()
+{
+    QTest::addColumn<QByteArray>("from");
+    QTest::addColumn<QByteArray>("to");
+    QTest::addColumn<QByteArray>("requirement");
+    QTest::addColumn<int>("code");
+    QTest::newRow("type") << QByteArray("\"bool\"") << QByteArray("\"boolean\"") << QByteArray("alarm==true")
+                          << 10029;
+    QTest::newRow("options") << QByteArray("\"index\": 0") << QByteArray("\"index\": \"0\"")
+                             << QByteArray("mode==0") << 10036;
+}
+
+// Nobody knows which values it was meant to have.
+void tst_MetadataCheck::requirementsOfAWrongFieldAreNotJudged()
+{
+    QFETCH(QByteArray, from);
+    QFETCH(QByteArray, to);
+    QFETCH(QByteArray, requirement);
+    QFETCH(int, code);
+    QByteArray json = dataFile("boiler.json");
+    QVERIFY(json.contains(from));
+    json.replace(from, to).replace("alarm==true", requirement);
+    MetadataCheckOptions options;
+    options.withTranslations = false;
+    LogRecorder log;
+    const Findings findings = checkMetadata(json, QStringLiteral("boiler.json"), options);
+    log.takeLines();
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings.first().code, code);
+}
+
 // What a rule says besides, where it knows several cases.
 void tst_MetadataCheck::findingsSuitTheCase_data()
 {
@@ -374,37 +405,6 @@ void tst_MetadataCheck::findingsSuitTheCase()
     QFETCH(QString, hint);
     QVERIFY2(findings.first().message.contains(message), qPrintable(findings.first().message));
     QVERIFY2(findings.first().hint.contains(hint), qPrintable(findings.first().hint));
-}
-
-void tst_MetadataCheck::requirementsOfAWrongFieldAreNotJudged_data()
-{
-    QTest::addColumn<QByteArray>("from");
-    QTest::addColumn<QByteArray>("to");
-    QTest::addColumn<QByteArray>("requirement");
-    QTest::addColumn<int>("code");
-    QTest::newRow("type") << QByteArray("\"bool\"") << QByteArray("\"boolean\"") << QByteArray("alarm==true")
-                          << 10029;
-    QTest::newRow("options") << QByteArray("\"index\": 0") << QByteArray("\"index\": \"0\"")
-                             << QByteArray("mode==0") << 10036;
-}
-
-// Nobody knows which values it was meant to have.
-void tst_MetadataCheck::requirementsOfAWrongFieldAreNotJudged()
-{
-    QFETCH(QByteArray, from);
-    QFETCH(QByteArray, to);
-    QFETCH(QByteArray, requirement);
-    QFETCH(int, code);
-    QByteArray json = dataFile("boiler.json");
-    QVERIFY(json.contains(from));
-    json.replace(from, to).replace("alarm==true", requirement);
-    MetadataCheckOptions options;
-    options.withTranslations = false;
-    LogRecorder log;
-    const Findings findings = checkMetadata(json, QStringLiteral("boiler.json"), options);
-    log.takeLines();
-    QCOMPARE(findings.size(), 1);
-    QCOMPARE(findings.first().code, code);
 }
 
 void tst_MetadataCheck::brokenJson_data()
