@@ -195,8 +195,8 @@ bool TranslationFile::read()
     if (lines.last().isEmpty()) {
         lines.removeLast(); // what stands behind the last line's end is no line
     }
-    QString unused;
     if (!lines.isEmpty()) {
+        QString unused;
         import(lines.first(), scratch.filePath(QStringLiteral("line.csv")), m_firstLine, unused);
     }
     for (int i = 1; i < lines.size(); ++i) {

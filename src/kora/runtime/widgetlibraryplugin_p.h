@@ -26,8 +26,8 @@ public:
     struct WidgetMetaInfo
     {
         /// Looks up what every instance takes of the classes. Each may be null.
-        WidgetMetaInfo(const QMetaObject *widgetClass = nullptr,
-                       const QMetaObject *graphicsObjectClass = nullptr)
+        explicit WidgetMetaInfo(const QMetaObject *widgetClass = nullptr,
+                                const QMetaObject *graphicsObjectClass = nullptr)
             : widgetClass(widgetClass)
             , graphicsObjectClass(graphicsObjectClass)
             , widgetConstructor(widgetClass, "KORA::WidgetData")

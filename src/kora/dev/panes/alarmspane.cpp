@@ -43,7 +43,7 @@ AlarmsPane::AlarmsPane(Providers *providers, QWidget *parent)
             [this](bool isDisabled) { act(isDisabled ? AlarmStates::Disable : AlarmStates::Enable); });
     addBurst();
     addDetails();
-    currentChanged();
+    AlarmsPane::currentChanged();
 }
 
 AlarmsPane::~AlarmsPane()
@@ -127,7 +127,7 @@ void AlarmsPane::act(AlarmStates::Action action)
         }
         return hasActed;
     });
-    currentChanged();
+    AlarmsPane::currentChanged();
 }
 
 bool AlarmsPane::hasEffect(AlarmStates::Action action) const
