@@ -106,7 +106,7 @@ QJsonObject readMetaData(const QString &libraryPath, QString &problem)
         return {};
     }
     const QPluginLoader loader(libraryPath);
-    const QJsonObject metaData = loader.metaData();
+    QJsonObject metaData = loader.metaData();
     if (metaData.isEmpty()) {
         problem = QStringLiteral("%1 is not a Qt plugin: %2").arg(libraryPath, loader.errorString());
     }
