@@ -127,7 +127,7 @@ void AlarmsPane::act(AlarmStates::Action action)
         }
         return hasActed;
     });
-    AlarmsPane::currentChanged();
+    currentChanged();
 }
 
 bool AlarmsPane::hasEffect(AlarmStates::Action action) const
