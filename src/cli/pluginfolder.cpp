@@ -106,7 +106,7 @@ QJsonObject readMetaData(const QString &libraryPath, QString &problem)
         return {};
     }
     const QPluginLoader loader(libraryPath);
-    QJsonObject metaData = loader.metaData();
+    const QJsonObject metaData = loader.metaData();
     if (metaData.isEmpty()) {
         problem = QStringLiteral("%1 is not a Qt plugin: %2").arg(libraryPath, loader.errorString());
     }

@@ -313,7 +313,7 @@ QVariant FieldManager::write(const Row &row, const QVariant &value, int gesture)
     case Row::PartOfFont: {
         auto font = m_widget->fieldValue(fontId()).value<QFont>();
         setFontPart(font, row.part, value);
-        QVariant written = fontPart(font, row.part);
+        const QVariant written = fontPart(font, row.part);
         m_document->setFieldValue(m_widget, fontId(), font, gesture);
         return written;
     }

@@ -35,7 +35,7 @@ Finding noInstance(const char *rule, const QString &message, const QString &hint
 QString declaredWidgets(const WidgetLibraryPluginMetaInformation &meta)
 {
     QStringList names;
-    const auto widgets = meta.widgets();
+    const auto &widgets = meta.widgets();
     for (const WidgetMetaInformation &widget : widgets) {
         names.append(widget.id() + QLatin1Char(' ') + widget.version().version());
     }
