@@ -6,9 +6,9 @@
 
 #include <QtCore/QtEndian>
 
-#include <kora/dev/diagnosis/elffile.h>
+#include <kora/loader/elffile_p.h>
 
-using KORA::DEV::ElfFile;
+using KORA::INTERNAL::ElfFile;
 
 namespace {
 

@@ -178,6 +178,8 @@ private Q_SLOTS:
     void faultsNameTheirOwner();
     void eachRuleFindsItsFixtureAlone_data();
     void eachRuleFindsItsFixtureAlone();
+    void requirementsOfAWrongFieldAreNotJudged_data();
+    void requirementsOfAWrongFieldAreNotJudged();
     void brokenJson_data();
     void brokenJson();
     void everyCodeIsExplained();
@@ -302,6 +304,37 @@ void tst_MetadataCheck::eachRuleFindsItsFixtureAlone()
     QVERIFY(!finding.message.isEmpty() && !finding.hint.isEmpty());
     QCOMPARE(finding.file == csvPath, inCsv && finding.rule != QLatin1String("untranslated"));
     QVERIFY(finding.line > 0);
+}
+
+void tst_MetadataCheck::requirementsOfAWrongFieldAreNotJudged_data()
+{
+    QTest::addColumn<QByteArray>("from");
+    QTest::addColumn<QByteArray>("to");
+    QTest::addColumn<QByteArray>("requirement");
+    QTest::addColumn<int>("code");
+    QTest::newRow("type") << QByteArray("\"bool\"") << QByteArray("\"boolean\"") << QByteArray("alarm==true")
+                          << 10029;
+    QTest::newRow("options") << QByteArray("\"index\": 0") << QByteArray("\"index\": \"0\"")
+                             << QByteArray("mode==0") << 10036;
+}
+
+// Nobody knows which values it was meant to have.
+void tst_MetadataCheck::requirementsOfAWrongFieldAreNotJudged()
+{
+    QFETCH(QByteArray, from);
+    QFETCH(QByteArray, to);
+    QFETCH(QByteArray, requirement);
+    QFETCH(int, code);
+    QByteArray json = dataFile("boiler.json");
+    QVERIFY(json.contains(from));
+    json.replace(from, to).replace("alarm==true", requirement);
+    MetadataCheckOptions options;
+    options.withTranslations = false;
+    LogRecorder log;
+    const Findings findings = checkMetadata(json, QStringLiteral("boiler.json"), options);
+    log.takeLines();
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings.first().code, code);
 }
 
 void tst_MetadataCheck::brokenJson_data()

@@ -285,7 +285,7 @@ void TestProjects::brokenTranslationFilesAreToldAndLeftAlone_data()
         "it-IT.csv:3:1: error: the line has 2 fields instead of 3 [csv-fields]");
     row("conflict", "Lamps,,Lampade\nLamps,,Luci\n",
         "it-IT.csv:3:1: error: \"Lamps\" is translated as \"Luci\" here");
-    row("not UTF-8", "Lamps,,Lampad\xe8\n", "the file is not UTF-8 [csv-encoding]");
+    row("not UTF-8", "Lamps,,Lampad\xe8\n", "it-IT.csv:2:1: error: the line is not UTF-8 [csv-encoding]");
 }
 
 void TestProjects::brokenTranslationFilesAreToldAndLeftAlone()

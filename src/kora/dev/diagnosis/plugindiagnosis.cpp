@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <kora/dev/diagnosis/plugindiagnosis.h>
 
-#include <QtCore/QCborMap>
 #include <QtCore/QCborValue>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -12,12 +11,15 @@
 
 #include <kora/core/uuid_p.h>
 #include <kora/core/widgetlibrarypluginutils.h>
-#include <kora/dev/diagnosis/elffile.h>
+#include <kora/loader/elffile_p.h>
+#include <kora/loader/libraryfile_p.h>
 
 namespace KORA {
 namespace DEV {
 
 namespace {
+
+using INTERNAL::ElfFile;
 
 const QLatin1String widgetLibraryIid("org.Vako.KORA.WidgetLibrary");
 const QLatin1String iidKey("IID");
@@ -166,42 +168,37 @@ Findings checkTarget(const QString &path, const ElfFile &elf, const PlatformTrai
     return {};
 }
 
-const char magic[] = "QTMETADATA !";
-constexpr int magicSize = 12;
-constexpr int headerSize = 16; // magic, version of the format, Qt's version, flags
-
-// Qt's keys in the section.
-enum SectionKey : int { SectionIid = 2, SectionClassName = 3, SectionMetaData = 4 };
-
-bool readSection(const QByteArray &section, LibraryMetaData &result)
+// Qt's keys in the section that are numbers; other keys are texts.
+QString nameOfKey(const QCborValue &key)
 {
-    const int start = section.indexOf(magic);
-    if (start < 0 || section.size() < start + headerSize) {
-        return false;
+    switch (key.toInteger(-1)) {
+    case 2:
+        return iidKey;
+    case 3:
+        return QStringLiteral("className");
+    case 4:
+        return metaDataKey;
+    default:
+        return key.toString();
     }
-    result.qtMajor = static_cast<unsigned char>(section.at(start + magicSize + 1));
-    result.qtMinor = static_cast<unsigned char>(section.at(start + magicSize + 2));
-    result.isDebug = section.at(start + magicSize + 3) & 1;
-    QCborParserError problem;
-    const QCborValue value = QCborValue::fromCbor(section.mid(start + headerSize), &problem);
-    const bool isComplete = problem.error == QCborError::NoError || problem.error == QCborError::GarbageAtEnd;
-    if (!isComplete || !value.isMap()) {
-        return false;
-    }
-    const QCborMap map = value.toMap();
-    const struct
-    {
-        int key;
-        QLatin1String name;
-    } names[] = {
-        {SectionIid, iidKey}, {SectionClassName, QLatin1String("className")}, {SectionMetaData, metaDataKey}};
-    for (const auto &name : names) {
-        if (map.contains(name.key)) {
-            result.object.insert(name.name, map.value(name.key).toJsonValue());
+}
+
+LibraryMetaData readSection(const QByteArray &section)
+{
+    const INTERNAL::MetaDataSection read = INTERNAL::readMetaDataSection(section);
+    LibraryMetaData result;
+    result.isValid = read.isValid;
+    result.qtMajor = read.qtMajor;
+    result.qtMinor = read.qtMinor;
+    result.isDebug = read.isDebug;
+    // Of a key that is there twice the last value counts, as with Qt.
+    for (auto entry = read.map.begin(); entry != read.map.end(); ++entry) {
+        const QString name = nameOfKey(entry.key());
+        if (!name.isEmpty()) {
+            result.object.insert(name, entry.value().toJsonValue());
         }
     }
-    result.isValid = true;
-    return true;
+    return result;
 }
 
 bool isNewerThanThisQt(const LibraryMetaData &metaData)
@@ -259,8 +256,8 @@ Findings checkSection(const QString &path, const ElfFile &elf, const QString &ex
                   QStringLiteral("a class with Q_OBJECT and Q_PLUGIN_METADATA must be in it, and its header "
                                  "among the sources that moc sees"))};
     }
-    LibraryMetaData metaData;
-    if (!readSection(section, metaData)) {
+    const LibraryMetaData metaData = readSection(section);
+    if (!metaData.isValid) {
         return {error("library-metadata-broken", path,
                       QStringLiteral("the library's section with Qt's metadata is broken"),
                       QStringLiteral("build or copy the library again"))};
@@ -408,13 +405,10 @@ Findings diagnoseLibrary(const QString &path, const QString &expectedId, const Q
 
 LibraryMetaData readLibraryMetaData(const QString &path)
 {
-    LibraryMetaData result;
     Findings findings;
     QByteArray content;
-    if (readFile(path, content, findings)) {
-        readSection(ElfFile(content).section(".qtmetadata"), result);
-    }
-    return result;
+    return readFile(path, content, findings) ? readSection(ElfFile(content).section(".qtmetadata"))
+                                             : LibraryMetaData();
 }
 
 } // namespace DEV

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <kora/loader/libraryfile_p.h>
+
+#include <QtCore/QCborValue>
+#include <QtCore/QFile>
+
+#include <limits>
+
+#include <kora/loader/elffile_p.h>
+
+namespace KORA {
+namespace INTERNAL {
+
+namespace {
+
+const char magic[] = "QTMETADATA ";
+constexpr int formOffset = 11; // behind the magic: '!' for CBOR
+constexpr int versionOffset = 12;
+constexpr int headerSize = 16; // magic, form, its version, Qt's version, flags
+
+} // namespace
+
+MetaDataSection readMetaDataSection(const QByteArray &section)
+{
+    // Where the magic is twice, even in a text of the metadata, the last one counts.
+    const QByteArray data = section.mid(qMax(0, section.lastIndexOf(magic)));
+    if (!data.startsWith(magic) || data.size() < headerSize || data.at(formOffset) != '!'
+        || data.at(versionOffset) != 0) {
+        return {};
+    }
+    QCborParserError problem;
+    const QCborValue value = QCborValue::fromCbor(data.mid(headerSize), &problem);
+    const bool isComplete = problem.error == QCborError::NoError || problem.error == QCborError::GarbageAtEnd;
+    if (!isComplete || !value.isMap()) {
+        return {};
+    }
+    const auto byte = [&data](int offset) { return static_cast<unsigned char>(data.at(offset)); };
+    return {true, byte(versionOffset + 1), byte(versionOffset + 2), (byte(versionOffset + 3) & 1) != 0,
+            value.toMap()};
+}
+
+LibraryFile::LibraryFile(const QString &path)
+{
+    QFile file(path);
+    const qint64 size = file.open(QIODevice::ReadOnly) ? file.size() : 0;
+    if (size <= 0 || size > std::numeric_limits<int>::max()) {
+        return;
+    }
+    const uchar *bytes = file.map(0, size);
+    if (!bytes) {
+        return;
+    }
+    const QByteArray content =
+        QByteArray::fromRawData(reinterpret_cast<const char *>(bytes), static_cast<int>(size));
+    const ElfFile elf(content);
+    m_hasMetaData = elf.hasWholeNames() && readMetaDataSection(elf.section(".qtmetadata")).isValid;
+    m_isWhole = elf.hasWholeSegments();
+}
+
+} // namespace INTERNAL
+} // namespace KORA
