@@ -5,7 +5,9 @@
 #include <QtCore/QFile>
 
 #include <limits>
+#include <string_view>
 
+#include <kora/loader/cborscanner_p.h>
 #include <kora/loader/elffile_p.h>
 
 namespace KORA {
@@ -18,20 +20,37 @@ constexpr int formOffset = 11; // behind the magic: '!' for CBOR
 constexpr int versionOffset = 12;
 constexpr int headerSize = 16; // magic, form, its version, Qt's version, flags
 
+// Where the magic is twice, even in a text of the metadata, the last one counts.
+int lastMagic(const QByteArray &section)
+{
+    // QByteArray::lastIndexOf() takes as long as all the rest here.
+    const std::string_view text(section.constData(), static_cast<size_t>(section.size()));
+    size_t last = std::string_view::npos;
+    for (size_t at = text.find(magic); at != std::string_view::npos; at = text.find(magic, at + 1)) {
+        last = at;
+    }
+    return last == std::string_view::npos ? -1 : static_cast<int>(last);
+}
+
+// The section from Qt's magic on; null if there is none that plugins of this Qt have.
+QByteArray fromMagic(const QByteArray &section)
+{
+    const int start = lastMagic(section);
+    const QByteArray data = start < 0 ? QByteArray() : section.mid(start);
+    const bool isKnown =
+        data.size() >= headerSize && data.at(formOffset) == '!' && data.at(versionOffset) == 0;
+    return isKnown ? data : QByteArray();
+}
+
 } // namespace
 
 MetaDataSection readMetaDataSection(const QByteArray &section)
 {
-    // Where the magic is twice, even in a text of the metadata, the last one counts.
-    const QByteArray data = section.mid(qMax(0, section.lastIndexOf(magic)));
-    if (!data.startsWith(magic) || data.size() < headerSize || data.at(formOffset) != '!'
-        || data.at(versionOffset) != 0) {
-        return {};
-    }
+    const QByteArray data = fromMagic(section);
     QCborParserError problem;
     const QCborValue value = QCborValue::fromCbor(data.mid(headerSize), &problem);
     const bool isComplete = problem.error == QCborError::NoError || problem.error == QCborError::GarbageAtEnd;
-    if (!isComplete || !value.isMap()) {
+    if (data.isNull() || !isComplete || !value.isMap()) {
         return {};
     }
     const auto byte = [&data](int offset) { return static_cast<unsigned char>(data.at(offset)); };
@@ -53,7 +72,8 @@ LibraryFile::LibraryFile(const QString &path)
     const QByteArray content =
         QByteArray::fromRawData(reinterpret_cast<const char *>(bytes), static_cast<int>(size));
     const ElfFile elf(content);
-    m_hasMetaData = elf.hasWholeNames() && readMetaDataSection(elf.section(".qtmetadata")).isValid;
+    m_hasMetaData =
+        elf.hasWholeNames() && beginsWithCborMap(fromMagic(elf.section(".qtmetadata")).mid(headerSize));
     m_isWhole = elf.hasWholeSegments();
 }
 
