@@ -166,40 +166,51 @@ Findings checkTarget(const QString &path, const ElfFile &elf, const PlatformTrai
     return {};
 }
 
-const char magic[] = "QTMETADATA !";
-constexpr int magicSize = 12;
-constexpr int headerSize = 16; // magic, version of the format, Qt's version, flags
+constexpr char magic[] = "QTMETADATA ";
+constexpr int formOffset = 11; // behind the magic: '!' for CBOR, as Qt writes it since 5.12
+constexpr int versionOffset = 12;
+constexpr int headerSize = 16; // magic, form, its version, Qt's version, flags
 
-// Qt's keys in the section.
-enum SectionKey : int { SectionIid = 2, SectionClassName = 3, SectionMetaData = 4 };
+// Qt's keys in the section that are numbers; other keys are texts.
+QString nameOfKey(const QCborValue &key)
+{
+    switch (key.toInteger(-1)) {
+    case 2:
+        return iidKey;
+    case 3:
+        return QStringLiteral("className");
+    case 4:
+        return metaDataKey;
+    default:
+        return key.toString();
+    }
+}
 
+// As Qt does: where the magic is twice, even in a text of the metadata, the last one counts; of a key that is there twice
+// the last value.
 bool readSection(const QByteArray &section, LibraryMetaData &result)
 {
-    const int start = section.indexOf(magic);
-    if (start < 0 || section.size() < start + headerSize) {
+    const QByteArray data = section.mid(qMax(0, section.lastIndexOf(magic)));
+    if (!data.startsWith(magic) || data.size() < headerSize || data.at(formOffset) != '!'
+        || data.at(versionOffset) != 0) {
         return false;
     }
-    result.qtMajor = static_cast<unsigned char>(section.at(start + magicSize + 1));
-    result.qtMinor = static_cast<unsigned char>(section.at(start + magicSize + 2));
-    result.isDebug = section.at(start + magicSize + 3) & 1;
     QCborParserError problem;
-    const QCborValue value = QCborValue::fromCbor(section.mid(start + headerSize), &problem);
+    const QCborValue value = QCborValue::fromCbor(data.mid(headerSize), &problem);
     const bool isComplete = problem.error == QCborError::NoError || problem.error == QCborError::GarbageAtEnd;
     if (!isComplete || !value.isMap()) {
         return false;
     }
     const QCborMap map = value.toMap();
-    const struct
-    {
-        int key;
-        QLatin1String name;
-    } names[] = {
-        {SectionIid, iidKey}, {SectionClassName, QLatin1String("className")}, {SectionMetaData, metaDataKey}};
-    for (const auto &name : names) {
-        if (map.contains(name.key)) {
-            result.object.insert(name.name, map.value(name.key).toJsonValue());
+    for (auto entry = map.begin(); entry != map.end(); ++entry) {
+        const QString name = nameOfKey(entry.key());
+        if (!name.isEmpty()) {
+            result.object.insert(name, entry.value().toJsonValue());
         }
     }
+    result.qtMajor = static_cast<unsigned char>(data.at(versionOffset + 1));
+    result.qtMinor = static_cast<unsigned char>(data.at(versionOffset + 2));
+    result.isDebug = data.at(versionOffset + 3) & 1;
     result.isValid = true;
     return true;
 }
