@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Tells ThreadSanitizer what Qt's mutexes order; part of every program of a thread-sanitizer build.
+// Tells ThreadSanitizer what Qt's mutexes and events order; part of every program of a thread-sanitizer build.
 //
 // Qt itself is not built with the sanitizer, which sees nothing of a lock inside libQt5Core and takes correct code for a
-// race. A program's functions come before those of its libraries: these stand between every caller and Qt, and between Qt
-// and itself, so that an event which one thread posts and another handles is ordered by the mutex of the list of events.
+// race. A program's functions come before those of its libraries: these stand between Qt and the library, its plugins and
+// the tests. Calls inside libQt5Core do not come here.
 //
 // QMutexLocker and QRecursiveMutex come to QMutex. QBasicMutex is locked inline, by an atomic operation that the sanitizer
-// sees; only where two threads meet it calls lockInternal() and unlockInternal().
+// sees; only where two threads meet it calls lockInternal() and unlockInternal(). An event is released when it is posted,
+// and acquired when Qt is about to deliver it.
+#include <QtCore/QCoreApplication>
 #include <QtCore/QMutex>
 
 #include <dlfcn.h>
@@ -47,6 +49,15 @@ private:
     std::atomic<Function *> m_function{nullptr};
 };
 
+// The second of the arguments is the event, after its receiver.
+bool acquireEvent(void **arguments)
+{
+    __tsan_acquire(arguments[1]);
+    return false; // it is delivered
+}
+
+const bool isRegistered = QInternal::registerCallback(QInternal::EventNotifyCallback, acquireEvent);
+
 } // namespace
 
 void QMutex::lock() noexcept
@@ -85,4 +96,12 @@ void QBasicMutex::unlockInternal() noexcept
     static QtFunction<void(QBasicMutex *)> unlockOfQt("_ZN11QBasicMutex14unlockInternalEv");
     __tsan_release(this);
     unlockOfQt.get()(this);
+}
+
+void QCoreApplication::postEvent(QObject *receiver, QEvent *event, int priority)
+{
+    static QtFunction<void(QObject *, QEvent *, int)> postEventOfQt(
+        "_ZN16QCoreApplication9postEventEP7QObjectP6QEventi");
+    __tsan_release(event);
+    postEventOfQt.get()(receiver, event, priority);
 }

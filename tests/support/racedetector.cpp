@@ -81,72 +81,68 @@ bool countUnguarded()
     return true;
 }
 
+constexpr int eventCount = 2000;
+
+class NumberEvent : public QEvent
+{
+public:
+    NumberEvent()
+        : QEvent(QEvent::User)
+    {}
+
+    int number = 0;
+};
+
 class Receiver : public QObject
 {
 public:
-    bool isReceived = false;
-    int received = 0;
+    int count = 0;
+    int sum = 0;
 
-    void customEvent(QEvent *) override
+    void customEvent(QEvent *event) override
     {
-        received = counter;
-        isReceived = true;
+        sum += static_cast<NumberEvent *>(event)->number;
+        ++count;
     }
 };
 
-void postTo(Receiver &receiver)
+// Posts events from another thread until all are received.
+template<typename Post>
+int sumOfEvents(Post post)
 {
-    QCoreApplication::postEvent(&receiver, new QEvent(QEvent::User));
-}
-
-template<typename Work>
-void runInThreadUntilReceived(Work work, const bool &isReceived)
-{
-    std::thread other(work);
-    while (!isReceived) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    Receiver receiver;
+    std::thread poster([&] {
+        for (int i = 0; i < eventCount; ++i) {
+            post(receiver);
+        }
+    });
+    while (receiver.count < eventCount) {
+        QCoreApplication::processEvents();
     }
-    other.join();
+    poster.join();
+    return receiver.sum;
 }
 
-// A plain variable, written before the event is posted and read when it is handled.
+// Plain numbers, written before their event is posted and read when it is handled.
 bool handOverByEvent()
 {
-    Receiver receiver;
-    const auto writeAndPost = [&] {
-        counter = 1;
-        postTo(receiver);
+    const auto writeAndPost = [](Receiver &receiver) {
+        auto *event = new NumberEvent;
+        event->number = 1;
+        QCoreApplication::postEvent(&receiver, event);
     };
-    runInThreadUntilReceived(writeAndPost, receiver.isReceived);
-    return receiver.received == 1;
+    return sumOfEvents(writeAndPost) == eventCount;
 }
 
-// The same variable, written when the event may be handled already.
+// A plain number, written by one thread after the event that the other reads it at.
 bool writeAfterEvent()
 {
-    Receiver receiver;
-    const auto postAndWrite = [&] {
-        postTo(receiver);
-        counter = 1;
+    const auto postAndWrite = [](Receiver &receiver) {
+        QCoreApplication::postEvent(&receiver, new NumberEvent);
+        ++receiver.sum;
     };
-    runInThreadUntilReceived(postAndWrite, receiver.isReceived);
+    sumOfEvents(postAndWrite);
     return true;
-}
-
-// As by an event; the receiver of the signal lives in the other thread.
-bool handOverBySignal()
-{
-    QObject sender;
-    Receiver receiver;
-    QObject::connect(
-        &sender, &QObject::objectNameChanged, &receiver, [&] { receiver.customEvent(nullptr); },
-        Qt::QueuedConnection);
-    const auto writeAndEmit = [&] {
-        counter = 1;
-        sender.setObjectName(QStringLiteral("emits"));
-    };
-    runInThreadUntilReceived(writeAndEmit, receiver.isReceived);
-    return receiver.received == 1;
 }
 
 struct Way
@@ -160,7 +156,6 @@ constexpr Way ways[] = {
     {"qrecursivemutex", countUnderOne<QRecursiveMutex>},
     {"qbasicmutex", countUnderOne<QBasicMutex>},
     {"event", handOverByEvent},
-    {"signal", handOverBySignal},
     {"unguarded", countUnguarded},
     {"twomutexes", countUnderTwo},
     {"afterevent", writeAfterEvent},
