@@ -171,18 +171,25 @@ constexpr int formOffset = 11; // behind the magic: '!' for CBOR, as Qt writes i
 constexpr int versionOffset = 12;
 constexpr int headerSize = 16; // magic, form, its version, Qt's version, flags
 
-// Qt's keys in the section that are numbers; other keys are texts.
+// Qt's keys in the section are numbers; others are texts.
 QString nameOfKey(const QCborValue &key)
 {
-    switch (key.toInteger(-1)) {
+    if (!key.isInteger()) {
+        return key.toString();
+    }
+    switch (key.toInteger()) {
+    case 1:
+        return QStringLiteral("archreq");
     case 2:
         return iidKey;
     case 3:
         return QStringLiteral("className");
     case 4:
         return metaDataKey;
+    case 5:
+        return QStringLiteral("URI");
     default:
-        return key.toString();
+        return {};
     }
 }
 
