@@ -33,8 +33,9 @@ QByteArray libraryFile(int machine, const QByteArray &metaData)
     put<quint64>(dynamic, 0, 1);
     put<quint64>(dynamic, 8, 24);
     // The second section of its kind counts for nothing: many that overlap would make millions of names.
+    // The metadata is last: Qt reads on behind its section.
     const QVector<Section> sections{
-        {0, 0, 0, {}}, {1, 3, 0, names}, {11, 1, 0, metaData}, {23, 6, 1, dynamic}, {23, 6, 1, dynamic}};
+        {0, 0, 0, {}}, {1, 3, 0, names}, {23, 6, 1, dynamic}, {23, 6, 1, dynamic}, {11, 1, 0, metaData}};
     QByteArray file("\x7f"
                     "ELF\2\1\1",
                     7);
