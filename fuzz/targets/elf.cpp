@@ -5,9 +5,9 @@
 #include "../fuzztarget.h"
 #include "../libraryfile.h"
 
-#include <kora/dev/diagnosis/elffile.h>
+#include <kora/loader/elffile_p.h>
 
-using KORA::DEV::ElfFile;
+using KORA::INTERNAL::ElfFile;
 
 namespace {
 

@@ -10,8 +10,8 @@
 #include <QtCore/QPluginLoader>
 
 #include <kora/core/widgetlibrarypluginutils.h>
-#include <kora/dev/diagnosis/elffile.h>
 #include <kora/dev/diagnosis/plugindiagnosis.h>
+#include <kora/loader/elffile_p.h>
 #include <kora/loader/pluginloader.h>
 
 using namespace KORA::INTERNAL;

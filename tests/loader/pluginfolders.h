@@ -11,8 +11,8 @@ class PluginFolders
 {
 public:
     // The "%1" show a message that is put together by a chain of QString::arg().
-    PluginFolders()
-        : m_dir(QDir::tempPath() + QStringLiteral("/kora %1%2%3 XXXXXX"))
+    explicit PluginFolders(const QString &name = QStringLiteral("kora %1%2%3"))
+        : m_dir(QDir::tempPath() + QLatin1Char('/') + name + QLatin1String(" XXXXXX"))
     {}
 
     bool isValid() const { return m_dir.isValid(); }

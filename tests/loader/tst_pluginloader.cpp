@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <QtCore/QPluginLoader>
 #include <QtCore/QScopeGuard>
 
 #include <memory>
-
-#include <sys/stat.h>
 
 #include <kora/core/widgetlibrarypluginmetainformation.h>
 #include <kora/loader/pluginloader.h>
@@ -61,12 +58,6 @@ QStringList takePluginCalls()
     return calls;
 }
 
-/// Lines about loading; the metadata parser writes some of its own.
-QStringList takeLoadingLines(LogRecorder &log)
-{
-    return log.takeTexts().filter(QStringLiteral(" PLUGIN_LOADING "));
-}
-
 std::unique_ptr<KORA::Widget> makeGauge(PluginData *data, KORA::INTERNAL::WidgetActionManagerImpl *host)
 {
     auto *record = data->toWidgetLibraryPluginData();
@@ -87,10 +78,6 @@ private Q_SLOTS:
     void init() { takePluginCalls(); }
 
     void recordTellsOfThePlugin();
-    void refusesABadLibrary_data();
-    void refusesABadLibrary();
-    void refusesWhatIsNoRegularFile_data();
-    void refusesWhatIsNoRegularFile();
     void folderIsNamedByAUuid_data();
     void folderIsNamedByAUuid();
     void oneBadFolderDoesNotStopTheOthers();
@@ -146,124 +133,6 @@ void TestPluginLoader::recordTellsOfThePlugin()
     loader.unload();
     QVERIFY(loader.pluginData().isEmpty());
     QCOMPARE(takePluginCalls(), (QStringList{QStringLiteral("00ab made"), QStringLiteral("00ab deleted")}));
-}
-
-void TestPluginLoader::refusesABadLibrary_data()
-{
-    QTest::addColumn<QByteArray>("library");
-    QTest::addColumn<QString>("reason"); // after "qt:" a part of what Qt says
-    const QString id = pluginId(1);
-    const auto fixture = [&id](const char *path) {
-        const QByteArray library = PluginFolders::readFile(path);
-        return library.contains(builtId()) ? patched(library, builtId(), id.toLatin1()) : library;
-    };
-    const QString noIid = QStringLiteral("the IID is not specified");
-    QTest::newRow("an empty file") << QByteArray() << noIid;
-    QTest::newRow("a text file") << QByteArray("Not a library.\n") << noIid;
-    QTest::newRow("half a library") << good(id).left(good(id).size() / 2) << noIid;
-    QTest::newRow("a library that is no Qt plugin") << fixture(KORA_TEST_LIBRARY_fixture_noiid) << noIid;
-    QTest::newRow("an interface identifier in other case")
-        << fixture(KORA_TEST_LIBRARY_fixture_wrongiid)
-        << QStringLiteral("the IID org.vako.kora.widgetlibrary is not valid");
-    QTest::newRow("an interface identifier of the same length")
-        << patched(good(id), "org.Vako.KORA.WidgetLibrary", "org.Vako.KORA.%1%2%3Library")
-        << QStringLiteral("the IID org.Vako.KORA.%1%2%3Library is not valid");
-    QTest::newRow("a class that does not name its interface")
-        << fixture(KORA_TEST_LIBRARY_fixture_nointerface) << QStringLiteral("invalid interface");
-    QTest::newRow("a widget without version")
-        << fixture(KORA_TEST_LIBRARY_fixture_badmetadata)
-        << QStringLiteral("MetaData/widgets/version attribute is not present");
-    QTest::newRow("metadata without author")
-        << patched(good(id), "author", "auth0r") << QStringLiteral("MetaData/author attribute not present");
-    QTest::newRow("an id that is no UUID") << good(QStringLiteral("0a5e9c10-0000-4000-8000-00000000000z"))
-                                           << QStringLiteral("MetaData/id attribute not valid");
-    QTest::newRow("another id than the folder's")
-        << good(pluginId(2))
-        << QStringLiteral("the id %1 is not equal to the folder name %2").arg(pluginId(2), id);
-    QTest::newRow("an id that differs in case")
-        << good(id.toUpper())
-        << QStringLiteral("the id %1 is not equal to the folder name %2").arg(id.toUpper(), id);
-    QTest::newRow("a function that no library has") << fixture(KORA_TEST_LIBRARY_fixture_unresolvedsymbol)
-                                                    << QStringLiteral("qt:koraFixtureMissingFunction");
-    QByteArray otherMachine = good(id);
-    otherMachine[18] = static_cast<char>(otherMachine.at(18) == 40 ? 62 : 40); // e_machine: not ours
-    QTest::newRow("a library for another processor") << otherMachine << QStringLiteral("qt:");
-    QByteArray laterQt = good(id);
-    laterQt[laterQt.indexOf("QTMETADATA !") + 14] = 99;
-    QTest::newRow("a library for a later Qt") << laterQt << QStringLiteral("qt:incompatible Qt library");
-}
-
-void TestPluginLoader::refusesABadLibrary()
-{
-    QFETCH(const QByteArray, library);
-    QFETCH(QString, reason);
-    const PluginFolders folders;
-    const QString path = folders.put(pluginId(1), library);
-    QVERIFY(!path.isEmpty());
-    LogRecorder log;
-    PluginLoader loader;
-    QVERIFY(!loader.loadFromPluginDir(folders.folder(pluginId(1))));
-    if (reason.startsWith(QLatin1String("qt:"))) {
-        QPluginLoader qtLoader(path);
-        qtLoader.setLoadHints(QLibrary::ResolveAllSymbolsHint | QLibrary::PreventUnloadHint);
-        QVERIFY(!qtLoader.load());
-        QVERIFY2(qtLoader.errorString().contains(reason.mid(3)), qPrintable(qtLoader.errorString()));
-        reason = qtLoader.errorString();
-    }
-    QCOMPARE(takeLoadingLines(log), QStringList{errorLine(path, reason)});
-    QVERIFY(!loader.loadFromDir(folders.path(), {}));
-    QCOMPARE(takeLoadingLines(log), QStringList{errorLine(path, reason)});
-    QVERIFY(loader.pluginData().isEmpty());
-
-    // Whatever was made for the attempts is gone.
-    const QStringList calls = takePluginCalls();
-    QCOMPARE(calls.filter(QStringLiteral("made")).size(), calls.filter(QStringLiteral("deleted")).size());
-}
-
-void TestPluginLoader::refusesWhatIsNoRegularFile_data()
-{
-    QTest::addColumn<int>("what");
-    QTest::newRow("nothing") << 0;
-    QTest::newRow("a folder") << 1;
-    QTest::newRow("a pipe") << 2;
-    QTest::newRow("a link to nothing") << 3;
-    QTest::newRow("a link to a folder") << 4;
-}
-
-void TestPluginLoader::refusesWhatIsNoRegularFile()
-{
-    QFETCH(const int, what);
-    const PluginFolders folders;
-    const QString id = pluginId(3);
-    const QString path = folders.makeFolder(id);
-    const QString platformDir = QFileInfo(path).path();
-    // Qt would try these names too.
-    for (const char *decoy : {"/liblib%1.so", "/lib%1.so.so", "/liblib%1.so.so", "/%1.so", "/lib%1"}) {
-        QVERIFY(PluginFolders::writeFile(platformDir + QString::fromLatin1(decoy).arg(id), good(id)));
-    }
-    switch (what) {
-    case 1:
-        QVERIFY(QDir().mkdir(path));
-        break;
-    case 2:
-        QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
-        break;
-    case 3:
-        QVERIFY(QFile::link(platformDir + QStringLiteral("/nothing"), path));
-        break;
-    case 4:
-        QVERIFY(QFile::link(folders.path(), path));
-        break;
-    default:
-        break;
-    }
-    LogRecorder log;
-    PluginLoader loader;
-    QVERIFY(!loader.loadFromPluginDir(folders.folder(id)));
-    QCOMPARE(log.takeTexts(), QStringList{noIidLine(path)});
-    QVERIFY(!loader.loadFromPluginPath(path, QString()));
-    QCOMPARE(log.takeTexts(), QStringList{noIidLine(path)});
-    QVERIFY(takePluginCalls().isEmpty());
 }
 
 void TestPluginLoader::folderIsNamedByAUuid_data()

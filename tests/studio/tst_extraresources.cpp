@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <support/filesizelimit.h>
 #include <support/logrecorder.h>
 #include <support/testmain.h>
 
@@ -11,11 +12,9 @@
 
 #include <kora/loader/pluginloader.h>
 
-#include <csignal>
 #include <ctime>
 #include <fcntl.h>
 #include <functional>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 using KORA::INTERNAL::PluginLoader;
@@ -75,29 +74,6 @@ QString textOf(const Action &action)
     const QString text = QLatin1String(names[action.type]) + QLatin1Char(' ') + action.name;
     return action.reason.isEmpty() ? text : text + QStringLiteral(": ") + action.reason;
 }
-
-/// Lets no file grow beyond a limit while it lives: writes fail as on a full disk.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-        : m_handler(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        getrlimit(RLIMIT_FSIZE, &m_former);
-        const rlimit small{bytes, m_former.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_former);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    Q_DISABLE_COPY_MOVE(FileSizeLimit)
-
-private:
-    rlimit m_former{};
-    void (*m_handler)(int);
-};
 
 } // namespace
 

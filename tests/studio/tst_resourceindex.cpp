@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <support/filesizelimit.h>
 #include <support/logrecorder.h>
 #include <support/testmain.h>
 
@@ -8,10 +9,10 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QTemporaryDir>
 
+#include <kora/core/files_p.h>
 #include <kora/loader/pluginloader.h>
 
-#include <csignal>
-#include <sys/resource.h>
+#include <cerrno>
 #include <sys/stat.h>
 
 using KORA::INTERNAL::PluginLoader;
@@ -19,6 +20,7 @@ using Index = QMap<QString, PluginLoader::ExtraResourceData>;
 
 namespace {
 
+constexpr int mostBytes = 1024;
 const QString idA = QStringLiteral("11111111-2222-4333-8444-555555555555");
 const QString idB = QStringLiteral("a1111111-2222-4333-8444-555555555555");
 
@@ -70,6 +72,8 @@ private Q_SLOTS:
     void unwritableIndex();
     void fullDiskKeepsTheOldIndex_data();
     void fullDiskKeepsTheOldIndex();
+    void fullDiskIsTheReason_data();
+    void fullDiskIsTheReason();
 
 private:
     void write(const QByteArray &bytes) const;
@@ -254,25 +258,41 @@ void ResourceIndexTest::fullDiskKeepsTheOldIndex()
     for (int i = 0; i < entries; ++i) {
         index.insert(QString::number(i), record(QStringLiteral("en-US")));
     }
-    // A limit of the file size fails writes as a full disk does.
-    rlimit former{};
-    QCOMPARE(getrlimit(RLIMIT_FSIZE, &former), 0);
-    const rlimit small{1024, former.rlim_max};
-    const auto formerHandler = std::signal(SIGXFSZ, SIG_IGN);
     bool written = true;
     QStringList messages;
     {
         LogRecorder log;
-        QCOMPARE(setrlimit(RLIMIT_FSIZE, &small), 0);
+        const FileSizeLimit limit(mostBytes);
         written = PluginLoader::writeExtraResourcesIndexFile(m_path, index);
-        QCOMPARE(setrlimit(RLIMIT_FSIZE, &former), 0);
         messages = log.takeMessages();
     }
-    std::signal(SIGXFSZ, formerHandler);
     QVERIFY(!written);
     QCOMPARE(messages, QStringList{QStringLiteral("%1 writing error").arg(m_path)});
     QCOMPARE(read(), old);
     QCOMPARE(QDir(m_dir->path()).entryList(QDir::Files), QStringList{QStringLiteral("index.json")});
+}
+
+void ResourceIndexTest::fullDiskIsTheReason_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::newRow("a byte too much") << mostBytes + 1;
+    QTest::newRow("in the buffer") << 8000;
+    QTest::newRow("beyond the buffer") << 40000;
+}
+
+void ResourceIndexTest::fullDiskIsTheReason()
+{
+    QFETCH(const int, size);
+    write("old");
+    QString reason;
+    bool isReplaced = true;
+    {
+        const FileSizeLimit limit(mostBytes);
+        isReplaced = KORA::INTERNAL::replaceFile(m_path, QByteArray(size, 'x'), reason);
+    }
+    QVERIFY(!isReplaced);
+    QCOMPARE(reason, qt_error_string(EFBIG));
+    QCOMPARE(read(), QByteArray("old"));
 }
 
 KORA_TEST_MAIN(ResourceIndexTest)

@@ -190,7 +190,7 @@ void Linter::widget(const QJsonObject &object, const QJsonObject &repaired, cons
         seen.insert(id);
         field(fields.at(i).toObject(), repairedFields.at(i).toObject(), fieldPointer);
     }
-    const QVector<RequirementLint> requirements = lintRequirements(repairedFields);
+    const QVector<RequirementLint> requirements = lintRequirements(fields, repairedFields);
     for (const RequirementLint &lint : requirements) {
         add(lint.rule, pointerTo(fieldsPointer, lint.fieldIndex) + QLatin1String("/requirements"),
             lint.message, lint.hint);

@@ -7,6 +7,7 @@
 #include <QtCore/QStringList>
 
 #include <algorithm>
+#include <iterator>
 
 #include <kora/host.h>
 
@@ -170,19 +171,29 @@ void RequirementLinter::never(const Condition &condition, const FieldMetaInforma
             "the field's bounds, one of the declared options"));
 }
 
+// Of a wrong type or wrong options nobody knows what values were meant.
+bool hasKnownValues(const QJsonObject &field, const QJsonObject &repaired)
+{
+    const QLatin1String keys[] = {QLatin1String("type"), QLatin1String("options"), QLatin1String("minimum"),
+                                  QLatin1String("maximum")};
+    return std::all_of(std::begin(keys), std::end(keys),
+                       [&](QLatin1String key) { return field.value(key) == repaired.value(key); });
+}
+
 } // namespace
 
-QVector<RequirementLint> lintRequirements(const QJsonArray &fields)
+QVector<RequirementLint> lintRequirements(const QJsonArray &fields, const QJsonArray &repaired)
 {
     QVector<FieldMetaInformation> declared;
     QHash<QString, FieldMetaInformation> byId;
-    for (const QJsonValue &value : fields) {
+    for (int i = 0; i < repaired.size(); ++i) {
         FieldMetaInformation field;
         QList<TranslationStringType> texts;
-        WidgetLibraryPluginUtils::infoFromMetaDataParseField(value, field, {}, QStringLiteral("en-US"),
-                                                             texts);
+        WidgetLibraryPluginUtils::infoFromMetaDataParseField(repaired.at(i), field, {},
+                                                             QStringLiteral("en-US"), texts);
         declared.append(field);
-        byId.insert(field.id(), field);
+        const bool isKnown = hasKnownValues(fields.at(i).toObject(), repaired.at(i).toObject());
+        byId.insert(field.id(), isKnown ? field : FieldMetaInformation());
     }
     QVector<RequirementLint> lints;
     for (int i = 0; i < declared.size(); ++i) {

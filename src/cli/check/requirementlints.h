@@ -14,5 +14,6 @@ struct RequirementLint
 };
 
 /// What the requirements of a widget's fields come to when they are evaluated, which is less than the parser's grammar
-/// promises. @p fields are what the parser accepts.
-QVector<RequirementLint> lintRequirements(const QJsonArray &fields);
+/// promises. @p repaired are the @p fields as the parser accepts them; where that changed what values a field can have,
+/// nothing is said of them.
+QVector<RequirementLint> lintRequirements(const QJsonArray &fields, const QJsonArray &repaired);

@@ -1,20 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "translationcheck.h"
 
-#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QHash>
 #include <QtCore/QJsonArray>
-#include <QtCore/QPair>
 #include <QtCore/QSet>
-#include <QtCore/QTemporaryDir>
-#include <QtCore/QTextCodec>
 
 #include <algorithm>
 
+#include <kora/core/translationfile_p.h>
 #include <kora/host.h>
 
 #include "jsonsource.h"
+#include "project/translationsheet.h"
+#include "rules.h"
 
 using namespace KORA::INTERNAL;
 using KORA::DEV::Finding;
@@ -22,14 +21,6 @@ using KORA::DEV::Finding;
 namespace {
 
 constexpr int translationFileCode = 17;
-
-using TextKey = QPair<QString, QString>; // text and comment
-
-struct Translation
-{
-    QString text;
-    int line = 0;
-};
 
 /// A text of the metadata and where it stands first.
 struct SourceText
@@ -44,8 +35,8 @@ class TextPlaces
 public:
     explicit TextPlaces(const QJsonObject &metaData);
 
-    SourceText of(const TextKey &key) const { return m_places.value(key); }
-    QList<TextKey> options() const;
+    SourceText of(const TranslationKey &key) const { return m_places.value(key); }
+    QList<TranslationKey> options() const;
 
 private:
     void widget(const QJsonObject &object, const QString &pointer);
@@ -54,8 +45,8 @@ private:
     void member(const QJsonObject &object, const char *key, const QString &pointer);
     void text(const QJsonValue &value, const QString &pointer, bool isOption = false);
 
-    QHash<TextKey, SourceText> m_places;
-    QSet<TextKey> m_options;
+    QHash<TranslationKey, SourceText> m_places;
+    QSet<TranslationKey> m_options;
 };
 
 TextPlaces::TextPlaces(const QJsonObject &metaData)
@@ -67,7 +58,7 @@ TextPlaces::TextPlaces(const QJsonObject &metaData)
     }
 }
 
-QList<TextKey> TextPlaces::options() const
+QList<TranslationKey> TextPlaces::options() const
 {
     return m_options.values();
 }
@@ -122,7 +113,7 @@ void TextPlaces::text(const QJsonValue &value, const QString &pointer, bool isOp
     if (!PluginUtils::infoFromMetaDataParseTranslatableString(value, language, {}, out, false, false)) {
         return;
     }
-    const TextKey key{out.get(language, false), out.comment()};
+    const TranslationKey key{out.get(language, false), out.comment()};
     if (!m_places.contains(key)) {
         m_places.insert(key, {pointer, isOption});
     }
@@ -131,145 +122,78 @@ void TextPlaces::text(const QJsonValue &value, const QString &pointer, bool isOp
     }
 }
 
-/// One translation file, read line by line through the library's importer.
+/// One translation file and what is wrong with it.
 class TranslationFile
 {
 public:
-    TranslationFile(const QString &path, const QString &defaultLanguage, const QString &language,
-                    QVector<TranslationFinding> &findings)
+    TranslationFile(const QString &path, QVector<TranslationFinding> &findings)
         : m_path(path)
-        , m_defaultLanguage(defaultLanguage)
-        , m_language(language)
         , m_findings(findings)
     {}
 
     /// False if it cannot be read.
-    bool read();
-    Translation of(const TextKey &key) const { return m_translations.value(key); }
+    bool read(const QString &defaultLanguage, const QString &language);
+    TranslationRow of(const TranslationKey &key) const { return m_rows.value(key); }
     /// What the first line would be if it were not skipped.
-    TextKey firstLine() const { return m_firstLine; }
-    void add(const char *rule, int line, const QString &message, const QString &hint,
-             Finding::Severity severity = Finding::Warning);
+    TranslationKey firstLine() const { return m_firstLine; }
+    void add(const char *rule, int line, const QString &message, const QString &hint);
 
 private:
-    void readLine(const QByteArray &bytes, int line, const QString &scratch);
-    bool import(const QByteArray &bytes, const QString &scratch, TextKey &key, QString &translation) const;
-    void checkWhole();
+    void add(Finding finding);
 
     QString m_path;
-    QString m_defaultLanguage;
-    QString m_language;
     QVector<TranslationFinding> &m_findings;
-    QHash<TextKey, Translation> m_translations;
-    TextKey m_firstLine;
+    QHash<TranslationKey, TranslationRow> m_rows;
+    TranslationKey m_firstLine;
     bool m_isRefused = false;
 };
 
-void TranslationFile::add(const char *rule, int line, const QString &message, const QString &hint,
-                          Finding::Severity severity)
+void TranslationFile::add(const char *rule, int line, const QString &message, const QString &hint)
 {
     Finding finding;
     finding.rule = QLatin1String(rule);
-    finding.severity = severity;
-    finding.code = severity == Finding::Error ? translationFileCode : 0;
-    m_isRefused = m_isRefused || severity == Finding::Error;
     finding.file = m_path;
     finding.line = line;
     finding.column = line > 0 ? 1 : 0;
     finding.message = message;
     finding.hint = hint;
+    add(finding);
+}
+
+void TranslationFile::add(Finding finding)
+{
+    finding.severity = findRule(finding.rule)->severity;
+    if (finding.severity == Finding::Error) {
+        finding.code = translationFileCode;
+        m_isRefused = true;
+    }
     m_findings.append({finding, QString()});
 }
 
-bool TranslationFile::read()
+bool TranslationFile::read(const QString &defaultLanguage, const QString &language)
 {
-    QFile file(m_path);
-    const QTemporaryDir scratch;
-    if (!file.open(QIODevice::ReadOnly) || !scratch.isValid()) {
-        add("csv-unreadable", 0,
-            QStringLiteral("the translation file cannot be read: %1").arg(file.errorString()),
-            QStringLiteral("give the user of the program the right to read it"), Finding::Error);
-        return false;
+    const TranslationSheet sheet = readTranslationSheet(m_path);
+    for (const Finding &fault : sheet.faults) {
+        add(fault);
     }
-    QList<QByteArray> lines = file.readAll().split('\n');
-    if (lines.last().isEmpty()) {
-        lines.removeLast(); // what stands behind the last line's end is no line
+    for (const TranslationRow &row : sheet.rows) {
+        m_rows.insert(row.key, row);
+        const QString quote = QStringLiteral("\"");
+        if (row.key.first == quote || row.key.second == quote || row.translation == quote) {
+            add("csv-empty-quoted", row.line, QStringLiteral("\"\" reads as one quotation mark"),
+                QStringLiteral("leave an empty field empty, without quotation marks"));
+        }
     }
-    QString unused;
-    if (!lines.isEmpty()) {
-        import(lines.first(), scratch.filePath(QStringLiteral("line.csv")), m_firstLine, unused);
-    }
-    for (int i = 1; i < lines.size(); ++i) {
-        readLine(lines.at(i), i + 1, scratch.filePath(QStringLiteral("line.csv")));
-    }
-    checkWhole();
-    return true;
-}
-
-// One line alone: its fields are those of the one entry that the importer makes of it.
-bool TranslationFile::import(const QByteArray &bytes, const QString &scratch, TextKey &key,
-                             QString &translation) const
-{
-    QFile file(scratch);
-    if (!file.open(QIODevice::WriteOnly) || file.write("header\n" + bytes + '\n') < 0) {
-        return false;
-    }
-    file.close();
-    QList<TranslationStringType> entries;
-    if (!PluginUtils::importTranslationFile(scratch, entries, m_defaultLanguage, m_language, true)
-        || entries.isEmpty()) {
-        return false;
-    }
-    key = {entries.first().get(m_defaultLanguage, false), entries.first().comment()};
-    translation = entries.first().get(m_language, false);
-    return true;
-}
-
-void TranslationFile::readLine(const QByteArray &bytes, int line, const QString &scratch)
-{
-    QTextCodec::ConverterState state;
-    QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
-    if (state.invalidChars > 0 || state.remainingChars > 0) {
-        add("csv-encoding", line, QStringLiteral("the line is not UTF-8"),
-            QStringLiteral("save the file as CSV in UTF-8"));
-    }
-    TextKey key;
-    QString translation;
-    if (!import(bytes, scratch, key, translation)) {
-        add("csv-fields", line,
-            QStringLiteral("the line has not exactly three fields: text, comment, translation"),
-            bytes.trimmed().isEmpty()
-                ? QStringLiteral("remove the empty line")
-                : QStringLiteral("put texts with a comma between double quotes and write a "
-                                 "double quote in them twice"),
-            Finding::Error);
-        return;
-    }
-    if (key.first == QLatin1String("\"") || key.second == QLatin1String("\"")
-        || translation == QLatin1String("\"")) {
-        add("csv-empty-quoted", line, QStringLiteral("\"\" reads as one quotation mark"),
-            QStringLiteral("leave an empty field empty, without quotation marks"));
-    }
-    const Translation known = m_translations.value(key);
-    if (!known.text.isEmpty() && known.text != translation) {
-        add("csv-conflict", line,
-            QStringLiteral("\"%1\" is \"%2\" in line %3 and \"%4\" here")
-                .arg(key.first, known.text, QString::number(known.line), translation),
-            QStringLiteral("keep one of them, or tell the texts apart by a comment"), Finding::Error);
-        return;
-    }
-    m_translations.insert(key, {translation, line});
-}
-
-// The importer has the last word on the file.
-void TranslationFile::checkWhole()
-{
+    const QStringList heading = splitTranslationLine(sheet.header);
+    m_firstLine = {heading.value(0), heading.value(1)};
+    // The importer has the last word on the file.
     QList<TranslationStringType> entries;
     if (!m_isRefused
-        && !PluginUtils::importTranslationFile(m_path, entries, m_defaultLanguage, m_language, true)) {
+        && !PluginUtils::importTranslationFile(m_path, entries, defaultLanguage, language, true)) {
         add("csv-fields", 0, WidgetLibraryPluginUtils::errorToString(translationFileCode),
-            QStringLiteral("look for lines that have not exactly three fields"), Finding::Error);
+            QStringLiteral("look for lines that have not exactly three fields"));
     }
+    return QFileInfo(m_path).isReadable();
 }
 
 class TranslationCheck
@@ -346,8 +270,8 @@ void TranslationCheck::language(const QString &language, const QString &pointer)
                 .arg(language));
         return;
     }
-    TranslationFile file(path, m_info.defaultLanguage(), language, m_findings);
-    if (file.read()) {
+    TranslationFile file(path, m_findings);
+    if (file.read(m_info.defaultLanguage(), language)) {
         untranslated(file, language);
         options(file);
     }
@@ -357,14 +281,14 @@ void TranslationCheck::untranslated(TranslationFile &file, const QString &langua
 {
     const auto texts = m_info.translatableStrings(m_info.defaultLanguage());
     for (const TranslationStringType &text : texts) {
-        const TextKey key{text.get(m_info.defaultLanguage(), false), text.comment()};
+        const TranslationKey key{text.get(m_info.defaultLanguage(), false), text.comment()};
         if (file.firstLine() == key) {
             file.add(
                 "csv-header", 1,
                 QStringLiteral("the first line is skipped, and holds the translation of \"%1\"")
                     .arg(key.first),
                 QStringLiteral("put a line with headings above it, such as en-US,comment,%1").arg(language));
-        } else if (file.of(key).text.isEmpty()) {
+        } else if (file.of(key).translation.isEmpty()) {
             add("untranslated", m_places.of(key).pointer,
                 QStringLiteral("\"%1\" is not translated into %2").arg(key.first, language),
                 key.second.isEmpty() ? QStringLiteral("add a line to %1.csv").arg(language)
@@ -376,14 +300,14 @@ void TranslationCheck::untranslated(TranslationFile &file, const QString &langua
 
 void TranslationCheck::options(TranslationFile &file)
 {
-    QList<TextKey> keys = m_places.options();
+    QList<TranslationKey> keys = m_places.options();
     std::sort(keys.begin(), keys.end());
-    for (const TextKey &key : qAsConst(keys)) {
-        const Translation translation = file.of(key);
-        if (translation.text.contains(QLatin1Char(',')) || translation.text.contains(QLatin1Char('='))) {
-            file.add("option-translation", translation.line,
+    for (const TranslationKey &key : qAsConst(keys)) {
+        const TranslationRow row = file.of(key);
+        if (row.translation.contains(QLatin1Char(',')) || row.translation.contains(QLatin1Char('='))) {
+            file.add("option-translation", row.line,
                      QStringLiteral("the translation of the option \"%1\" holds \",\" or \"=\": \"%2\"")
-                         .arg(key.first, translation.text),
+                         .arg(key.first, row.translation),
                      QStringLiteral("find a translation without them"));
         }
     }

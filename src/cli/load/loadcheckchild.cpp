@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <QtCore/QFile>
 #include <QtGui/QIcon>
 #include <QtGui/QPixmap>
 
@@ -16,6 +17,7 @@
 #include "output.h"
 #include "picture/pictureenvironment.h"
 
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
@@ -86,6 +88,9 @@ private:
 
     bool load()
     {
+        tellCall(QStringLiteral("the loading of the library, with its static constructors"));
+        // As the loader opens it next, so that a death tells the two apart. What fails here, the loader tells.
+        (void)::dlopen(QFile::encodeName(m_plan.libraryPath).constData(), RTLD_NOW | RTLD_NODELETE);
         tellCall(QStringLiteral("the plugin's constructor"));
         if (!m_loader.loadFromPluginPath(m_plan.libraryPath, m_plan.expectedId)) {
             tellRefusal();

@@ -12,6 +12,7 @@
 #include <QtCore/QTemporaryDir>
 #include <QtCore/QUuid>
 
+#include <kora/core/files_p.h>
 #include <kora/core/pluginutils.h>
 
 #include "translationproject.h"
@@ -286,12 +287,11 @@ private:
     void write(const QString &name, const QString &text)
     {
         const QString path = QDir(m_dir).filePath(name);
-        QFile file(path);
-        const QByteArray content = text.toUtf8();
-        const bool ok = QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly)
-                        && file.write(content) == content.size() && file.flush();
+        QString reason = QStringLiteral("its folder cannot be made");
+        const bool ok =
+            QDir().mkpath(QFileInfo(path).path()) && KORA::INTERNAL::replaceFile(path, text.toUtf8(), reason);
         if (!ok && m_problem.isEmpty()) {
-            m_problem = QStringLiteral("%1 cannot be written: %2").arg(name, file.errorString());
+            m_problem = QStringLiteral("%1 cannot be written: %2").arg(name, reason);
         }
     }
 

@@ -213,7 +213,9 @@ bool readFolder(const PluginFolder &folder, QVector<Entry> &files, QString &prob
         }
         const QByteArray content = file.readAll();
         if (content.size() != info.size()) {
-            problem = QStringLiteral("%1 cannot be read whole: %2").arg(path, file.errorString());
+            problem = file.error() == QFileDevice::NoError
+                          ? QStringLiteral("%1 changes while it is read").arg(path)
+                          : QStringLiteral("%1 cannot be read whole: %2").arg(path, file.errorString());
             return false;
         }
         if (name != manifestName) {

@@ -103,9 +103,10 @@ private:
     QHash<TranslationKey, int> m_indexes;
 };
 
-bool decode(const QByteArray &bytes, QString &text)
+// Only the first line may begin with the mark of the byte order.
+bool decode(const QByteArray &bytes, bool isFirst, QString &text)
 {
-    QTextCodec::ConverterState state;
+    QTextCodec::ConverterState state(isFirst ? QTextCodec::DefaultConversion : QTextCodec::IgnoreHeader);
     text = QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
     return state.invalidChars == 0 && state.remainingChars == 0;
 }
@@ -204,25 +205,24 @@ TranslationSheet readTranslationSheet(const QString &path)
 {
     TranslationSheet sheet;
     QFile file(path);
-    QString text;
     if (!file.open(QIODevice::ReadOnly)) {
         sheet.faults.append(fault(path, 0, QStringLiteral("csv-unreadable"),
-                                  QStringLiteral("the file cannot be read: %1").arg(file.errorString()), {}));
+                                  QStringLiteral("the file cannot be read: %1").arg(file.errorString()),
+                                  QStringLiteral("give the user of the program the right to read it")));
         return sheet;
     }
-    if (!decode(file.readAll(), text)) {
-        sheet.faults.append(fault(path, 0, QStringLiteral("csv-encoding"),
-                                  QStringLiteral("the file is not UTF-8"),
-                                  QStringLiteral("save it as \"CSV UTF-8\"")));
-        return sheet;
-    }
-    QStringList lines = text.split(QLatin1Char('\n'));
+    QList<QByteArray> lines = file.readAll().split('\n');
     if (lines.last().isEmpty()) {
-        lines.removeLast();
+        lines.removeLast(); // what stands behind the last line's end is no line
     }
     SheetReader reader(path, sheet);
     for (int i = 0; i < lines.size(); ++i) {
-        QString line = lines.at(i);
+        QString line;
+        if (!decode(lines.at(i), i == 0, line)) {
+            sheet.faults.append(fault(path, i + 1, QStringLiteral("csv-encoding"),
+                                      QStringLiteral("the line is not UTF-8"),
+                                      QStringLiteral("save the file as CSV in UTF-8")));
+        }
         if (line.endsWith(QLatin1Char('\r'))) {
             line.chop(1);
         }

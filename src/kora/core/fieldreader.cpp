@@ -20,29 +20,29 @@ namespace INTERNAL {
 namespace {
 
 // In the order of FieldReader::Key.
-const char *const keyNames[] = {
-    "id",
-    "type",
-    "display",
-    "description",
-    "tagCanBeAttached",
-    "defaultValue",
-    "readOnly",
-    "group",
-    "private",
-    "requirements",
-    "tagAcceptedTypes",
-    "tagOnDemand",
-    "minimum",
-    "maximum",
-    "options",
-    "multiLanguage",
-    "defaultFont",
-    "displayFontFamily",
-    "displayFontSize",
-    "displayFontBold",
-    "displayFontStyle",
-    "displayFontUnderline",
+const QLatin1String keyNames[] = {
+    QLatin1String("id"),
+    QLatin1String("type"),
+    QLatin1String("display"),
+    QLatin1String("description"),
+    QLatin1String("tagCanBeAttached"),
+    QLatin1String("defaultValue"),
+    QLatin1String("readOnly"),
+    QLatin1String("group"),
+    QLatin1String("private"),
+    QLatin1String("requirements"),
+    QLatin1String("tagAcceptedTypes"),
+    QLatin1String("tagOnDemand"),
+    QLatin1String("minimum"),
+    QLatin1String("maximum"),
+    QLatin1String("options"),
+    QLatin1String("multiLanguage"),
+    QLatin1String("defaultFont"),
+    QLatin1String("displayFontFamily"),
+    QLatin1String("displayFontSize"),
+    QLatin1String("displayFontBold"),
+    QLatin1String("displayFontStyle"),
+    QLatin1String("displayFontUnderline"),
 };
 
 const QLatin1String optionIndexKey("index");
@@ -102,8 +102,7 @@ FieldReader::FieldReader(const QJsonObject &object, const QString &pluginId, Tra
 FieldReader::Members FieldReader::membersOf(const QJsonObject &object)
 {
     static_assert(std::size(keyNames) == KeyCount);
-    static const JsonKeyTable keys = jsonKeyTable(keyNames);
-    return {object, keys};
+    return {object, keyNames};
 }
 
 int FieldReader::read()

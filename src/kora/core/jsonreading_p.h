@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <QtCore/QHash>
 #include <QtCore/QJsonObject>
 #include <QtCore/QJsonValue>
 #include <QtCore/QLatin1String>
@@ -14,34 +13,24 @@ namespace INTERNAL {
 class TranslatableStringList;
 class TranslationStringType;
 
-/// Key to position among the keys that a reader knows.
-using JsonKeyTable = QHash<QString, int>;
-
-template<size_t count>
-JsonKeyTable jsonKeyTable(const char *const (&names)[count])
-{
-    JsonKeyTable table;
-    for (size_t i = 0; i < count; ++i) {
-        table.insert(QString(QLatin1String(names[i])), static_cast<int>(i));
-    }
-    return table;
-}
-
-/// The members of an object under the keys of a table, found in one pass: to look each key up, of many that may stand
-/// in an object, takes several times as long.
+/// The members of an object under a reader's keys, found in one pass: to look each key up, of many that may stand in an
+/// object, takes several times as long.
 template<size_t count>
 class JsonMembers
 {
 public:
-    JsonMembers(const QJsonObject &object, const JsonKeyTable &keys)
+    JsonMembers(const QJsonObject &object, const QLatin1String (&keys)[count])
         : m_object(object)
     {
         m_positions.fill(-1);
         int position = 0;
         for (auto member = m_object.constBegin(); member != m_object.constEnd(); ++member, ++position) {
-            const auto key = keys.constFind(member.key());
-            if (key != keys.constEnd()) {
-                m_positions[static_cast<size_t>(*key)] = position;
+            const QString name = member.key();
+            for (size_t key = 0; key < count; ++key) {
+                if (keys[key].size() == name.size() && keys[key] == name) {
+                    m_positions[key] = position;
+                    break;
+                }
             }
         }
     }

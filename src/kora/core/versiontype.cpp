@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <kora/core/versiontype.h>
 
-#include <QtCore/QVector>
+#include <QtCore/QStringBuilder>
 
 #include <tuple>
 
@@ -25,20 +25,23 @@ VersionType::VersionType(unsigned int major, unsigned int minor, unsigned int pa
     : m_major(major)
     , m_minor(minor)
     , m_patch(patch)
-    , m_version(QString::number(major) + QLatin1Char('.') + QString::number(minor) + QLatin1Char('.')
-                + QString::number(patch))
+    , m_version(QString::number(major) % QLatin1Char('.') % QString::number(minor) % QLatin1Char('.')
+                % QString::number(patch))
 {}
 
 VersionType::VersionType(const QString &text)
 {
-    const QVector<QStringRef> parts = text.splitRef(QLatin1Char('.'));
-    if (parts.size() != 3) {
+    const int first = text.indexOf(QLatin1Char('.'));
+    const int second = first < 0 ? -1 : text.indexOf(QLatin1Char('.'), first + 1);
+    if (second < 0) {
         return;
     }
     unsigned int major = 0;
     unsigned int minor = 0;
     unsigned int patch = 0;
-    if (parsePart(parts.at(0), major) && parsePart(parts.at(1), minor) && parsePart(parts.at(2), patch)) {
+    // A third point is no number, so that it need not be looked for.
+    if (parsePart(text.leftRef(first), major) && parsePart(text.midRef(first + 1, second - first - 1), minor)
+        && parsePart(text.midRef(second + 1), patch)) {
         *this = VersionType(major, minor, patch);
     }
 }

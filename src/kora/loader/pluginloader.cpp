@@ -13,6 +13,7 @@
 
 #include <kora/core/uuid_p.h>
 #include <kora/core/widgetlibrarypluginutils.h>
+#include <kora/loader/libraryfile_p.h>
 #include <kora/log/logging.h>
 #include <kora/runtime/widgetlibraryplugin.h>
 
@@ -86,6 +87,7 @@ public:
     WidgetLibraryPluginData *takeRecord(double loadingTimeMs);
 
 private:
+    bool hasMetaData();
     QString checkIid();
     QString loadInstance();
     QString readMetaInformation(const QString &expectedId);
@@ -95,12 +97,13 @@ private:
     std::unique_ptr<WidgetLibraryPluginMetaInformation> m_metaInformation;
     std::unique_ptr<QPluginLoader> m_loader;
     KORA::WidgetLibraryPlugin *m_instance = nullptr;
+    bool m_isWhole = false;
 };
 
 LibraryOpener::~LibraryOpener()
 {
-    if (m_loader && m_loader->isLoaded()) {
-        m_loader->unload();
+    if (m_loader) {
+        m_loader->unload(); // a library that has no root object is open, but not "loaded"
     }
 }
 
@@ -124,11 +127,18 @@ QString LibraryOpener::error(const QString &reason) const
     return QStringLiteral("Error loading the plugin %1: %2").arg(m_path, reason);
 }
 
+bool LibraryOpener::hasMetaData()
+{
+    const LibraryFile file(m_path);
+    m_isWhole = file.isWhole();
+    return file.hasMetaData();
+}
+
 QString LibraryOpener::checkIid()
 {
     QString iid;
     // For a file that is not there Qt's loader would try others of a similar name.
-    if (QFileInfo(m_path).isFile()) {
+    if (QFileInfo(m_path).isFile() && hasMetaData()) {
         m_loader = std::make_unique<QPluginLoader>(m_path);
         // An unresolved symbol is an error now, not a crash later; and the code stays mapped when the plugin is
         // unloaded, as widgets of it may still live.
@@ -143,6 +153,9 @@ QString LibraryOpener::checkIid()
 
 QString LibraryOpener::loadInstance()
 {
+    if (!m_isWhole) { // loading it would end the process
+        return error(QStringLiteral("the file is cut off: its headers announce more than it holds"));
+    }
     // load() counts this loader among the users of the file: two folders may link the same one.
     QObject *instance = m_loader->load() ? m_loader->instance() : nullptr;
     if (!instance || !m_loader->isLoaded()) {

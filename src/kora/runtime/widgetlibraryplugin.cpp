@@ -2,7 +2,6 @@
 #include <kora/runtime/widgetlibraryplugin.h>
 #include <kora/runtime/widgetlibraryplugin_p.h>
 
-#include <kora/core/versiontype.h>
 #include <kora/runtime/nullgraphicsobject.h>
 #include <kora/runtime/widget_p.h>
 #include <kora/runtime/widgetactionmanager.h>
@@ -30,7 +29,7 @@ QObject *WidgetLibraryPluginPrivate::newWidgetInstance(
     }
     WidgetData data;
     data.id = widgetId;
-    data.version = INTERNAL::VersionType(version);
+    data.version = entry->version;
     data.pluginId = pluginId;
     data.fieldInfo = fieldInfo;
     data.graphicsObjectClass = entry->graphicsObjectClass;
@@ -56,8 +55,8 @@ void WidgetLibraryPlugin::registerWidget(const QString &id, const QString &versi
                                          const QMetaObject *widgetClass,
                                          const QMetaObject *graphicsObjectClass)
 {
-    d->widgetRegistry.insert({id, version},
-                             WidgetLibraryPluginPrivate::WidgetMetaInfo(widgetClass, graphicsObjectClass));
+    d->widgetRegistry.insert(
+        {id, version}, WidgetLibraryPluginPrivate::WidgetMetaInfo(widgetClass, graphicsObjectClass, version));
 }
 
 void WidgetLibraryPlugin::registerProjectWidget(const QString &id, const QString &version,

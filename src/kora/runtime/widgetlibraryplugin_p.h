@@ -6,6 +6,7 @@
 #include <QtCore/QString>
 
 #include <kora/core/fieldinfo.h>
+#include <kora/core/versiontype.h>
 #include <kora/export.h>
 #include <kora/runtime/invokableconstructor_p.h>
 #include <kora/runtime/widgetlibraryplugin.h>
@@ -25,17 +26,19 @@ public:
     /// The classes of one registered widget; static data of the plugin's library.
     struct WidgetMetaInfo
     {
-        /// Looks up what every instance takes of the classes. Each may be null.
+        /// Looks up once what every instance takes. Each class may be null.
         WidgetMetaInfo(const QMetaObject *widgetClass = nullptr,
-                       const QMetaObject *graphicsObjectClass = nullptr)
+                       const QMetaObject *graphicsObjectClass = nullptr, const QString &versionText = {})
             : widgetClass(widgetClass)
             , graphicsObjectClass(graphicsObjectClass)
+            , version(versionText)
             , widgetConstructor(widgetClass, "KORA::WidgetData")
             , graphicsObjectConstructor(graphicsObjectClass, "KORA::GraphicsObjectData")
         {}
 
         const QMetaObject *widgetClass;
         const QMetaObject *graphicsObjectClass;
+        INTERNAL::VersionType version;
         InvokableConstructor widgetConstructor;
         InvokableConstructor graphicsObjectConstructor;
     };

@@ -205,7 +205,7 @@ void CanvasView::drawBackground(QPainter *painter, const QRectF &rect)
 void CanvasView::drawForeground(QPainter *painter, const QRectF &rect)
 {
     if (zoom() >= pixelGridZoom && m_document->page().gridIsShown) {
-        paintPixelGrid(*painter, rect, m_document->page());
+        paintPixelGrid(*painter, rect, m_document->page(), zoom());
     }
 }
 

@@ -40,25 +40,30 @@ QColor lineColor(const PageState &page, int alpha)
     return color;
 }
 
-/// Not round the area, which is the page or a part of it.
-QVector<QLineF> lines(const QRectF &area, qreal step)
+/// One pixel wide, as rectangles: the raster engine fills those far faster than it draws lines. Not round the area, which is the page
+/// or a part of it.
+QVector<QRectF> lines(const QRectF &area, qreal step, qreal pixel)
 {
-    QVector<QLineF> result;
+    QVector<QRectF> result;
     const auto firstLine = [step](qreal start) { return std::max(1, static_cast<int>(start / step)); };
     const auto lastLine = [step](qreal end) { return static_cast<int>(std::ceil(end / step)); };
     for (int i = firstLine(area.left()); i < lastLine(area.right() + 1); ++i) {
-        result.append({i * step, area.top(), i * step, area.bottom()});
+        result.append({i * step, area.top(), pixel, area.height()});
     }
     for (int i = firstLine(area.top()); i < lastLine(area.bottom() + 1); ++i) {
-        result.append({area.left(), i * step, area.right(), i * step});
+        result.append({area.left(), i * step, area.width(), pixel});
     }
     return result;
 }
 
-void paintGrid(QPainter &painter, const QRectF &area, const PageState &page, qreal step, int alpha)
+void paintGrid(QPainter &painter, const QRectF &area, const PageState &page, qreal step, qreal zoom,
+               int alpha)
 {
-    painter.setPen(QPen(lineColor(page, alpha), 0));
-    painter.drawLines(lines(area, step));
+    const QColor color = lineColor(page, alpha);
+    const QVector<QRectF> rects = lines(area, step, 1 / zoom);
+    for (const QRectF &line : rects) {
+        painter.fillRect(line, color);
+    }
 }
 
 } // namespace
@@ -84,7 +89,7 @@ void paintPage(QPainter &painter, const QRectF &exposed, const PageState &page, 
         while (step * zoom < leastGridPixels) {
             step *= 2;
         }
-        paintGrid(painter, visible, page, step, gridAlpha);
+        paintGrid(painter, visible, page, step, zoom, gridAlpha);
     }
     QColor border = palette.color(QPalette::WindowText);
     border.setAlpha(90);
@@ -93,12 +98,12 @@ void paintPage(QPainter &painter, const QRectF &exposed, const PageState &page, 
     painter.restore();
 }
 
-void paintPixelGrid(QPainter &painter, const QRectF &exposed, const PageState &page)
+void paintPixelGrid(QPainter &painter, const QRectF &exposed, const PageState &page, qreal zoom)
 {
     constexpr int alpha = 40;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing, false);
-    paintGrid(painter, QRectF(QPointF(), page.size) & exposed, page, 1, alpha);
+    paintGrid(painter, QRectF(QPointF(), page.size) & exposed, page, 1, zoom, alpha);
     painter.restore();
 }
 

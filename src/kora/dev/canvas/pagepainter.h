@@ -17,7 +17,7 @@ void paintPage(QPainter &painter, const QRectF &exposed, const PageState &page, 
                const QPalette &palette);
 
 /// Draws a line between all pixels of the page; worth it when they are large.
-void paintPixelGrid(QPainter &painter, const QRectF &exposed, const PageState &page);
+void paintPixelGrid(QPainter &painter, const QRectF &exposed, const PageState &page, qreal zoom);
 
 } // namespace DEV
 } // namespace KORA

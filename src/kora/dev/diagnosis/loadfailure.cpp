@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <memory>
 
-#include <kora/dev/diagnosis/elffile.h>
+#include <kora/loader/elffile_p.h>
 
 namespace KORA {
 namespace DEV {
@@ -53,7 +53,7 @@ bool needs(const QString &path, const QString &library)
         return false;
     }
     const QByteArray content = file.readAll();
-    return ElfFile(content).neededLibraries().contains(library);
+    return INTERNAL::ElfFile(content).neededLibraries().contains(library);
 }
 
 Finding missingLibrary(const QString &path, const QString &library)

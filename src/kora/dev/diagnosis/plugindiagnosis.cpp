@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <kora/dev/diagnosis/plugindiagnosis.h>
 
-#include <QtCore/QCborMap>
 #include <QtCore/QCborValue>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -12,12 +11,15 @@
 
 #include <kora/core/uuid_p.h>
 #include <kora/core/widgetlibrarypluginutils.h>
-#include <kora/dev/diagnosis/elffile.h>
+#include <kora/loader/elffile_p.h>
+#include <kora/loader/libraryfile_p.h>
 
 namespace KORA {
 namespace DEV {
 
 namespace {
+
+using INTERNAL::ElfFile;
 
 const QLatin1String widgetLibraryIid("org.Vako.KORA.WidgetLibrary");
 const QLatin1String iidKey("IID");
@@ -166,11 +168,6 @@ Findings checkTarget(const QString &path, const ElfFile &elf, const PlatformTrai
     return {};
 }
 
-constexpr char magic[] = "QTMETADATA ";
-constexpr int formOffset = 11; // behind the magic: '!' for CBOR, as Qt writes it since 5.12
-constexpr int versionOffset = 12;
-constexpr int headerSize = 16; // magic, form, its version, Qt's version, flags
-
 // Qt's keys in the section are numbers; others are texts.
 QString nameOfKey(const QCborValue &key)
 {
@@ -193,33 +190,22 @@ QString nameOfKey(const QCborValue &key)
     }
 }
 
-// As Qt does: where the magic is twice, even in a text of the metadata, the last one counts; of a key that is there twice
-// the last value.
-bool readSection(const QByteArray &section, LibraryMetaData &result)
+LibraryMetaData readSection(const QByteArray &section)
 {
-    const QByteArray data = section.mid(qMax(0, section.lastIndexOf(magic)));
-    if (!data.startsWith(magic) || data.size() < headerSize || data.at(formOffset) != '!'
-        || data.at(versionOffset) != 0) {
-        return false;
-    }
-    QCborParserError problem;
-    const QCborValue value = QCborValue::fromCbor(data.mid(headerSize), &problem);
-    const bool isComplete = problem.error == QCborError::NoError || problem.error == QCborError::GarbageAtEnd;
-    if (!isComplete || !value.isMap()) {
-        return false;
-    }
-    const QCborMap map = value.toMap();
-    for (auto entry = map.begin(); entry != map.end(); ++entry) {
+    const INTERNAL::MetaDataSection read = INTERNAL::readMetaDataSection(section);
+    LibraryMetaData result;
+    result.isValid = read.isValid;
+    result.qtMajor = read.qtMajor;
+    result.qtMinor = read.qtMinor;
+    result.isDebug = read.isDebug;
+    // Of a key that is there twice the last value counts, as with Qt.
+    for (auto entry = read.map.begin(); entry != read.map.end(); ++entry) {
         const QString name = nameOfKey(entry.key());
         if (!name.isEmpty()) {
             result.object.insert(name, entry.value().toJsonValue());
         }
     }
-    result.qtMajor = static_cast<unsigned char>(data.at(versionOffset + 1));
-    result.qtMinor = static_cast<unsigned char>(data.at(versionOffset + 2));
-    result.isDebug = data.at(versionOffset + 3) & 1;
-    result.isValid = true;
-    return true;
+    return result;
 }
 
 bool isNewerThanThisQt(const LibraryMetaData &metaData)
@@ -277,8 +263,8 @@ Findings checkSection(const QString &path, const ElfFile &elf, const QString &ex
                   QStringLiteral("a class with Q_OBJECT and Q_PLUGIN_METADATA must be in it, and its header "
                                  "among the sources that moc sees"))};
     }
-    LibraryMetaData metaData;
-    if (!readSection(section, metaData)) {
+    const LibraryMetaData metaData = readSection(section);
+    if (!metaData.isValid) {
         return {error("library-metadata-broken", path,
                       QStringLiteral("the library's section with Qt's metadata is broken"),
                       QStringLiteral("build or copy the library again"))};
@@ -426,13 +412,10 @@ Findings diagnoseLibrary(const QString &path, const QString &expectedId, const Q
 
 LibraryMetaData readLibraryMetaData(const QString &path)
 {
-    LibraryMetaData result;
     Findings findings;
     QByteArray content;
-    if (readFile(path, content, findings)) {
-        readSection(ElfFile(content).section(".qtmetadata"), result);
-    }
-    return result;
+    return readFile(path, content, findings) ? readSection(ElfFile(content).section(".qtmetadata"))
+                                             : LibraryMetaData();
 }
 
 } // namespace DEV

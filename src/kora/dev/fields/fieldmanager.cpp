@@ -61,7 +61,7 @@ void FieldManager::addRow(QTreeWidgetItem *parent, Row::Kind kind, const QString
     row->kind = kind;
     row->label = label;
     row->item = new QTreeWidgetItem(parent, {label});
-    row->item->setSizeHint(ValueColumn, {0, FieldCell::rowHeight()});
+    setRowHeight(row->item, FieldCell::rowHeight());
     m_rows.push_back(std::move(row));
 }
 
@@ -246,8 +246,7 @@ void FieldManager::connectEditor(Row &row)
         menu->popup(button->mapToGlobal(QPoint(0, button->height())));
     });
     connect(row.cell, &FieldCell::heightChanged, this, [this, target] {
-        target->item->setSizeHint(ValueColumn,
-                                  {0, std::max(FieldCell::rowHeight(), target->cell->sizeHint().height())});
+        setRowHeight(target->item, std::max(FieldCell::rowHeight(), target->cell->sizeHint().height()));
         emit heightChanged();
     });
 }

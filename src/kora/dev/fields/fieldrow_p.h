@@ -4,18 +4,25 @@
 #include <QtCore/QPointer>
 #include <QtCore/QString>
 #include <QtCore/QVariant>
+#include <QtWidgets/QTreeWidgetItem>
 
 #include <kora/dev/fields/fieldcell.h>
 #include <kora/dev/fields/fieldeditor.h>
 #include <kora/dev/fields/fontparts.h>
-
-class QTreeWidgetItem;
 
 namespace KORA {
 namespace DEV {
 
 /// The columns of the pane's tree.
 enum FieldColumn : int { NameColumn, ValueColumn, ColumnCount };
+
+/// In all columns: the view would lay out the text of any that has no height, of all rows, to know where they end.
+inline void setRowHeight(QTreeWidgetItem *row, int height)
+{
+    for (int column = 0; column < ColumnCount; ++column) {
+        row->setSizeHint(column, {0, height});
+    }
+}
 
 /// One row of a field.
 struct FieldRow

@@ -182,7 +182,7 @@ QTreeWidgetItem *FieldsPane::groupRow(const FieldMetaInformation &field)
         QFont font = m_tree->font();
         font.setBold(true);
         group->setFont(NameColumn, font);
-        group->setSizeHint(NameColumn, {0, FieldCell::rowHeight() - 4});
+        setRowHeight(group, FieldCell::rowHeight() - 4);
     }
     return group;
 }

@@ -210,6 +210,7 @@ public:
     /// What the steps below would do, by folder name.
     QVector<Action> plan() const;
 
+    void unlinkStale() const;
     void forgetStaleInFile() const;
     void removeStale();
     void removeOrphans();
@@ -219,6 +220,7 @@ public:
     const QSet<QString> &failed() const { return m_failed; }
 
 private:
+    bool isRealFolder(const QString &id) const;
     QString staleReason(const QString &id) const;
     QString generationReason(const QString &id) const;
     bool hasFolder(const QString &id) const;
@@ -258,6 +260,12 @@ bool GenerationRun::hasFolder(const QString &id) const
     return QFileInfo(join(m_dirPath, id)).isDir();
 }
 
+bool GenerationRun::isRealFolder(const QString &id) const
+{
+    const QFileInfo info(join(m_dirPath, id));
+    return info.isDir() && !info.isSymLink();
+}
+
 // Empty when the documents stay as they are.
 QString GenerationRun::generationReason(const QString &id) const
 {
@@ -295,6 +303,17 @@ void GenerationRun::fail(const QString &id, const QString &message)
     m_failed.insert(id);
 }
 
+// Before they are forgotten: only the index tells that a link or a file in the place of a folder is ours to remove.
+// What fails here is tried again, and told, with the folders.
+void GenerationRun::unlinkStale() const
+{
+    for (const QString &id : m_staleIds) {
+        if (!isRealFolder(id)) {
+            removeEntry(m_dirPath, id);
+        }
+    }
+}
+
 // An entry on the disk must not speak for a folder that this run begins to remove or fills from another source:
 // were the run killed there, a later one that the entry suits would take what it finds for up to date.
 void GenerationRun::forgetStaleInFile() const
@@ -315,8 +334,7 @@ void GenerationRun::removeStale()
 {
     for (const QString &id : qAsConst(m_staleIds)) {
         const QString path = join(m_dirPath, id);
-        const QFileInfo info(path);
-        const bool isDirectory = info.isDir() && !info.isSymLink();
+        const bool isDirectory = isRealFolder(id);
         if (!removeEntry(m_dirPath, id)) {
             fail(id, isDirectory ? QStringLiteral("Error removing directory %1").arg(path)
                                  : QStringLiteral("Error removing file %1").arg(path));
@@ -429,6 +447,7 @@ bool PluginLoader::generateStudioExtraResources(const QString &dirPath, const QS
     const bool isRead = readExtraResourcesIndexFile(indexPath, index);
 
     GenerationRun run(path, languageId, d->pluginData, index);
+    run.unlinkStale();
     run.forgetStaleInFile();
     run.removeStale();
     run.removeOrphans();

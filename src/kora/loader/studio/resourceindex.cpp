@@ -27,7 +27,8 @@ using Index = QMap<QString, PluginLoader::ExtraResourceData>;
 const QLatin1String rootKey("extraResourceInfo");
 
 enum Key { Id, LanguageId, LibraryVersion, Modification, KeyCount };
-const char *const keyNames[KeyCount] = {"id", "languageId", "libraryVersion", "modification"};
+const QLatin1String keyNames[KeyCount] = {QLatin1String("id"), QLatin1String("languageId"),
+                                          QLatin1String("libraryVersion"), QLatin1String("modification")};
 
 // The readers return an empty text, or why the index is not valid.
 
@@ -49,11 +50,10 @@ QString readFile(const QString &path, QByteArray &bytes)
 
 QString readElement(const QJsonValue &value, Index &index)
 {
-    static const JsonKeyTable keys = jsonKeyTable(keyNames);
     if (!value.isObject()) {
         return QStringLiteral("extraResourceInfo is not an array of objects");
     }
-    const JsonMembers<KeyCount> members(value.toObject(), keys);
+    const JsonMembers<KeyCount> members(value.toObject(), keyNames);
     for (size_t key = 0; key < KeyCount; ++key) {
         if (!members.value(key).isString()) {
             return QStringLiteral("One or more extraResourceInfo elements are invalid");
@@ -111,7 +111,7 @@ QString readDocument(const QString &path, const QByteArray &bytes, Index &index)
 
 void appendMember(QString &json, Key key, const QString &value, QLatin1String end)
 {
-    json += QLatin1String("            \"") + QLatin1String(keyNames[key]) + QLatin1String("\": ");
+    json += QLatin1String("            \"") + keyNames[key] + QLatin1String("\": ");
     appendJsonString(json, value);
     json += end;
 }

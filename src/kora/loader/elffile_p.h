@@ -6,7 +6,7 @@
 #include <QtCore/QVector>
 
 namespace KORA {
-namespace DEV {
+namespace INTERNAL {
 
 /// What the headers of an ELF file say, for any processor and either byte order. Every offset is checked against
 /// the file's size: the file may be broken or hostile.
@@ -31,7 +31,11 @@ public:
     bool isBigEndian() const { return m_isBigEndian; }
     int machine() const { return m_machine; }
     bool isSharedObject() const;
-    /// The content of the first section of that name; null if there is none.
+    /// False if a segment that is loaded lies beyond the end of the file.
+    bool hasWholeSegments() const;
+    /// Whether every section has its name in the table of names, which ends as a text does.
+    bool hasWholeNames() const { return m_hasWholeNames; }
+    /// The content of the first section of that name; null if there is none. It may be whole in a truncated file.
     QByteArray section(const char *name) const;
     /// The libraries that the dynamic loader needs for this one.
     QStringList neededLibraries() const;
@@ -50,9 +54,11 @@ private:
     };
 
     void readHeaders();
-    bool readSections(quint64 tableOffset, int entrySize, int count);
-    bool segmentsFit() const;
+    bool readSections();
+    bool readNames(int index);
+    bool hasSegmentTable() const;
     Section readSection(quint64 offset) const;
+    bool isInFile(const Section &section) const;
     QByteArray contentOf(const Section &section) const;
     bool contains(quint64 offset, quint64 size) const;
     quint64 number(quint64 offset, int size) const;
@@ -65,11 +71,12 @@ private:
     bool m_hasTarget = false;
     bool m_is64 = false;
     bool m_isBigEndian = false;
+    bool m_hasWholeNames = false;
     int m_machine = 0;
     int m_type = 0;
     QVector<Section> m_sections;
     QByteArray m_names;
 };
 
-} // namespace DEV
+} // namespace INTERNAL
 } // namespace KORA

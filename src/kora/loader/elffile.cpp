@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <kora/dev/diagnosis/elffile.h>
+#include <kora/loader/elffile_p.h>
+
+#include <algorithm>
 
 namespace KORA {
-namespace DEV {
+namespace INTERNAL {
 
 namespace {
 
@@ -48,27 +50,25 @@ bool ElfFile::isSharedObject() const
 
 void ElfFile::readHeaders()
 {
-    const quint64 table = word(choose(32, 40));
-    const auto entrySize = static_cast<int>(number(choose(46, 58), 2));
-    const auto count = static_cast<int>(number(choose(48, 60), 2));
-    const auto namesIndex = static_cast<int>(number(choose(50, 62), 2));
-    if (!segmentsFit() || !readSections(table, entrySize, count)) {
-        return;
+    const bool isWhole = readSections() && hasSegmentTable() && hasWholeSegments();
+    m_hasWholeNames = readNames(static_cast<int>(number(choose(50, 62), 2)));
+    if (isWhole) {
+        m_state = State::Fine;
     }
-    if (namesIndex < m_sections.size()) {
-        m_names = contentOf(m_sections.at(namesIndex));
-    }
-    m_state = State::Fine;
 }
 
-bool ElfFile::segmentsFit() const
+bool ElfFile::hasSegmentTable() const
+{
+    const quint64 entrySize = number(choose(42, 54), 2);
+    const quint64 count = number(choose(44, 56), 2);
+    return count == 0 || (entrySize >= choose(32, 56) && contains(word(choose(28, 32)), entrySize * count));
+}
+
+bool ElfFile::hasWholeSegments() const
 {
     const quint64 table = word(choose(28, 32));
     const quint64 entrySize = number(choose(42, 54), 2);
-    const quint64 count = number(choose(44, 56), 2);
-    if (count > 0 && (entrySize < choose(32, 56) || !contains(table, entrySize * count))) {
-        return false;
-    }
+    const quint64 count = hasSegmentTable() ? number(choose(44, 56), 2) : 0;
     for (quint64 i = 0; i < count; ++i) {
         const quint64 entry = table + i * entrySize;
         const bool isLoaded = number(entry, 4) == segmentLoad;
@@ -79,21 +79,38 @@ bool ElfFile::segmentsFit() const
     return true;
 }
 
-bool ElfFile::readSections(quint64 tableOffset, int entrySize, int count)
+// False if the table or a section lies beyond the end of the file.
+bool ElfFile::readSections()
 {
-    const auto size = static_cast<quint64>(entrySize);
-    if (count > 0 && (size < choose(40, 64) || !contains(tableOffset, size * static_cast<quint64>(count)))) {
+    const quint64 table = word(choose(32, 40));
+    const quint64 entrySize = number(choose(46, 58), 2);
+    const quint64 count = number(choose(48, 60), 2);
+    if (count > 0 && (entrySize < choose(40, 64) || !contains(table, entrySize * count))) {
         return false;
     }
-    m_sections.reserve(count);
-    for (int i = 0; i < count; ++i) {
-        const Section section = readSection(tableOffset + static_cast<quint64>(i) * size);
-        if (section.type != sectionNoBits && !contains(section.offset, section.size)) {
-            return false;
-        }
-        m_sections.append(section);
+    m_sections.reserve(static_cast<int>(count));
+    for (quint64 i = 0; i < count; ++i) {
+        m_sections.append(readSection(table + i * entrySize));
     }
-    return true;
+    return std::all_of(m_sections.cbegin(), m_sections.cend(),
+                       [this](const Section &section) { return isInFile(section); });
+}
+
+bool ElfFile::readNames(int index)
+{
+    if (index >= m_sections.size()) {
+        return false;
+    }
+    m_names = contentOf(m_sections.at(index));
+    const auto size = static_cast<quint32>(m_names.size());
+    return m_names.endsWith('\0')
+           && std::all_of(m_sections.cbegin(), m_sections.cend(),
+                          [size](const Section &section) { return section.name < size; });
+}
+
+bool ElfFile::isInFile(const Section &section) const
+{
+    return section.type == sectionNoBits || contains(section.offset, section.size);
 }
 
 ElfFile::Section ElfFile::readSection(quint64 offset) const
@@ -109,7 +126,7 @@ ElfFile::Section ElfFile::readSection(quint64 offset) const
 
 QByteArray ElfFile::contentOf(const Section &section) const
 {
-    return section.type == sectionNoBits
+    return section.type == sectionNoBits || !isInFile(section)
                ? QByteArray()
                : m_content.mid(static_cast<int>(section.offset), static_cast<int>(section.size));
 }
@@ -128,7 +145,8 @@ QByteArray ElfFile::section(const char *name) const
 QStringList ElfFile::neededLibraries() const
 {
     for (const Section &section : m_sections) {
-        if (section.type != sectionDynamic || section.link >= static_cast<quint32>(m_sections.size())) {
+        if (section.type != sectionDynamic || !isInFile(section)
+            || section.link >= static_cast<quint32>(m_sections.size())) {
             continue;
         }
         const QByteArray names = contentOf(m_sections.at(static_cast<int>(section.link)));
@@ -180,5 +198,5 @@ quint64 ElfFile::number(quint64 offset, int size) const
     return result;
 }
 
-} // namespace DEV
+} // namespace INTERNAL
 } // namespace KORA
