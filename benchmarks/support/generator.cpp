@@ -7,7 +7,7 @@ namespace {
 
 QString fieldDisplay(int widget, int field)
 {
-    return QStringLiteral("Value %1 of widget %2").arg(field).arg(widget);
+    return QStringLiteral("Value %1 of widget %2").arg(QString::number(field), QString::number(widget));
 }
 
 QJsonObject font()

@@ -17,7 +17,7 @@ constexpr int BlinkMs = 600;
 
 QColor backgroundOf(const KORA::AlarmInfo &alarm)
 {
-    const QColor color = alarm.currentBackgroundColor();
+    const QColor &color = alarm.currentBackgroundColor();
     if (color.isValid()) {
         return color;
     }
@@ -26,7 +26,7 @@ QColor backgroundOf(const KORA::AlarmInfo &alarm)
 
 QColor foregroundOf(const KORA::AlarmInfo &alarm)
 {
-    const QColor color = alarm.currentForegroundColor();
+    const QColor &color = alarm.currentForegroundColor();
     return color.isValid() ? color : textColorOn(backgroundOf(alarm));
 }
 

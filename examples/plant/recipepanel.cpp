@@ -80,7 +80,7 @@ void RecipePanelItem::drawLines(QPainter &painter, const QRectF &area) const
     const QFont lineFont = textFont(QStringLiteral("parameters"));
     const qreal height = qMin(QFontMetricsF(lineFont).height() * 1.7, area.height() / lines.size());
     for (int i = 0; i < lines.size(); ++i) {
-        const QString line = lines.at(i);
+        const QString &line = lines.at(i);
         QRectF row(area.left(), area.top() + i * height, area.width(), height);
         painter.setPen(QPen(Palette::Track, qMax(1.0, scale())));
         painter.drawLine(row.topLeft(), row.topRight());

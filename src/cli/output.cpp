@@ -68,7 +68,7 @@ void printResult(const QString &lines)
 void printError(const QString &message, const QStringList &details)
 {
     // What was found so far comes first where both streams end in one place.
-    std::fflush(stdout);
+    (void)std::fflush(stdout);
     write(stderr, QLatin1String("kora: ") + printable(message) + QLatin1Char('\n'));
     for (const QString &detail : details) {
         write(stderr, QLatin1String("    ") + printable(detail) + QLatin1Char('\n'));

@@ -5,8 +5,8 @@
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtCore/QRegularExpression>
-#include <QtCore/QUuid>
 
+#include <kora/core/uuid_p.h>
 #include <kora/dev/model/scenario.h>
 #include <kora/dev/session/benchsession.h>
 
@@ -40,11 +40,6 @@ struct BenchOptions
     int windowSocket = -1;
 };
 
-bool isUuid(const QString &name)
-{
-    return !QUuid::fromString(name).isNull();
-}
-
 // A build knows the library by its path: <folder>/<os>/<arch>/lib<folder>.so
 QString folderOfLibrary(const QString &path)
 {
@@ -59,7 +54,7 @@ QString hintFor(const QString &folder)
 {
     const QStringList names = QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     for (const QString &name : names) {
-        if (isUuid(name)) {
+        if (KORA::INTERNAL::isUuidFolderName(name)) {
             return QStringLiteral("it holds the plugin folder %1: name that")
                 .arg(QDir(folder).filePath(name));
         }
@@ -88,7 +83,7 @@ bool findFolder(const QString &argument, QString &folder, QString &problem, QStr
     // A folder with another name is shown with its fault, if there is anything to show.
     const QDir dir(path);
     const bool holdsPlatforms = dir.exists(QStringLiteral("linux")) || dir.exists(QStringLiteral("win32"));
-    if (!isUuid(dir.dirName()) && !holdsPlatforms) {
+    if (!KORA::INTERNAL::isUuidFolderName(dir.dirName()) && !holdsPlatforms) {
         problem = QStringLiteral("%1 is no plugin folder").arg(argument);
         hint = hintFor(path);
         return false;

@@ -7,8 +7,8 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <QtCore/QUuid>
 
+#include <kora/core/uuid_p.h>
 #include <kora/dev/diagnosis/plugindiagnosis.h>
 
 #include "metadatacheck.h"
@@ -19,24 +19,15 @@ using KORA::DEV::Findings;
 using KORA::DEV::LibraryMetaData;
 using KORA::DEV::libraryPathInFolder;
 using KORA::DEV::platformOfLibrary;
+using KORA::INTERNAL::isUuidFolderName;
 
 namespace {
 
-const QStringList deliveredPlatforms = {QStringLiteral("win32/x86"), QStringLiteral("win32/x64"),
-                                        QStringLiteral("linux/arm32"), QStringLiteral("linux/arm64")};
+const QLatin1String deliveredPlatforms[] = {QLatin1String("win32/x86"), QLatin1String("win32/x64"),
+                                            QLatin1String("linux/arm32"), QLatin1String("linux/arm64")};
 constexpr int mostFoldersUp = 10;
 constexpr int mostSourceFiles = 5000;
 constexpr qint64 largestSource = 8'000'000;
-
-// QUuid alone accepts any tail, such as "<uuid>-old".
-bool isUuidName(const QString &name)
-{
-    const QUuid uuid = QUuid::fromString(name);
-    const auto is = [&](QUuid::StringFormat format) {
-        return uuid.toString(format).compare(name, Qt::CaseInsensitive) == 0;
-    };
-    return !uuid.isNull() && (is(QUuid::WithoutBraces) || is(QUuid::WithBraces));
-}
 
 QByteArray contentOf(const QString &path)
 {
@@ -62,7 +53,7 @@ QString folderIdOf(const QString &libraryPath)
     if (platformOfLibrary(libraryPath).isEmpty() || !dir.cdUp() || !dir.cdUp()) {
         return {};
     }
-    return isUuidName(dir.dirName()) ? dir.dirName() : QString();
+    return isUuidFolderName(dir.dirName()) ? dir.dirName() : QString();
 }
 
 void checkMetaDataOf(const QString &path, const QJsonObject &metaData, const QString &sourceFile,
@@ -101,7 +92,7 @@ QStringList platformFoldersIn(const QString &folder)
 
 void checkCompleteness(const QString &folder, CheckReport &report)
 {
-    for (const QString &platform : deliveredPlatforms) {
+    for (const QString platform : deliveredPlatforms) {
         const QString path = libraryPathInFolder(folder, platform);
         if (!QFileInfo(path).isFile()) {
             report.findings.append(findingOf(
@@ -168,7 +159,7 @@ void checkLibrary(const QString &path, const LibraryCheckOptions &options, Check
 bool isPluginFolder(const QString &folder)
 {
     const QDir dir(QDir::cleanPath(QFileInfo(folder).absoluteFilePath()));
-    return isUuidName(dir.dirName()) || dir.exists(QStringLiteral("linux"))
+    return isUuidFolderName(dir.dirName()) || dir.exists(QStringLiteral("linux"))
            || dir.exists(QStringLiteral("win32"));
 }
 
@@ -187,7 +178,7 @@ void checkPluginFolder(const QString &folder, const LibraryCheckOptions &options
     }
     // What the folder itself lacks, the diagnosis for this platform tells.
     const bool isNamedRight =
-        isUuidName(QDir(QDir::cleanPath(QFileInfo(folder).absoluteFilePath())).dirName());
+        isUuidFolderName(QDir(QDir::cleanPath(QFileInfo(folder).absoluteFilePath())).dirName());
     if (!isNamedRight || paths.isEmpty()) {
         report.findings += KORA::DEV::diagnosePluginFolder(folder);
     }

@@ -23,7 +23,7 @@ const QLatin1String fontSuffix(".font");
 bool isInteger(const FieldMetaInformation &, const QString &text)
 {
     bool ok = false;
-    text.toInt(&ok);
+    (void)text.toInt(&ok);
     return ok;
 }
 

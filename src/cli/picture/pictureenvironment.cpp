@@ -99,7 +99,7 @@ void pinLocale()
 {
     qputenv("LC_ALL", "C.UTF-8");
     qunsetenv("LANGUAGE");
-    std::setlocale(LC_ALL, "");
+    (void)std::setlocale(LC_ALL, "");
     // Also where the C library has no such locale.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     QLocale::setDefault(QLocale::c());

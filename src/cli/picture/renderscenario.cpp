@@ -136,7 +136,7 @@ QImage drawPage(BenchDocument &document)
 
 QString sizeText(const QImage &image)
 {
-    return QStringLiteral("%1x%2").arg(image.width()).arg(image.height());
+    return QStringLiteral("%1x%2").arg(QString::number(image.width()), QString::number(image.height()));
 }
 
 int compare(const QImage &image, const QString &path, const QString &golden)

@@ -45,7 +45,7 @@ void setValues(KORA::WidgetPrivate *widget, const WidgetMetaInformation &info,
     }
 }
 
-QImage draw(QPointer<KORA::GraphicsObject> item, const QSizeF &size)
+QImage draw(const QPointer<KORA::GraphicsObject> &item, const QSizeF &size)
 {
     QImage image(static_cast<int>(std::ceil(size.width())), static_cast<int>(std::ceil(size.height())),
                  QImage::Format_RGB32);

@@ -14,6 +14,7 @@
 
 #include <kora/core/files_p.h>
 #include <kora/core/pluginutils.h>
+#include <kora/core/uuid_p.h>
 
 #include "translationproject.h"
 
@@ -216,7 +217,7 @@ private:
     {
         QString translations;
         QStringList languages;
-        for (const QString &language : m_project.languages) {
+        for (const QString &language : qAsConst(m_project.languages)) {
             translations += QStringLiteral(" translations/%1.csv").arg(language);
             languages.append(jsonText(language));
         }
@@ -317,8 +318,7 @@ QString problemWith(const NewProject &project)
     if (targets.contains(project.name.toLower())) {
         return QStringLiteral("%1: the name is that of a build target; take another").arg(project.name);
     }
-    const char *const uuid = "[0-9a-fA-F]{8}(-[0-9a-fA-F]{4}){3}-[0-9a-fA-F]{12}";
-    if (!matchesWhole(project.id, uuid) || QUuid(project.id).isNull()) {
+    if (!KORA::INTERNAL::isUuid(project.id)) {
         return QStringLiteral("--id %1: a UUID without braces is expected, such as %2")
             .arg(project.id, QUuid::createUuid().toString(QUuid::WithoutBraces));
     }

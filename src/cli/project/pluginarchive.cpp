@@ -7,9 +7,9 @@
 #include <QtCore/QFile>
 #include <QtCore/QMap>
 #include <QtCore/QSet>
-#include <QtCore/QUuid>
 #include <QtCore/QVector>
 
+#include <kora/core/uuid_p.h>
 #include <kora/core/widgetlibrarypluginmetainformation.h>
 #include <kora/core/widgetlibrarypluginutils.h>
 #include <kora/dev/diagnosis/plugindiagnosis.h>
@@ -173,7 +173,7 @@ QString problemOfLibrary(const QString &libraryPath, const QString &id)
 
 QString problemOfFolder(const PluginFolder &folder)
 {
-    if (QUuid(folder.name()).isNull()) {
+    if (!isUuidFolderName(folder.name())) {
         return QStringLiteral("%1 is no plugin folder: its name is not a UUID").arg(folder.path());
     }
     const QStringList libraries = folder.libraries();
@@ -279,7 +279,7 @@ private:
     bool checkNames()
     {
         m_id = m_entries.value(0).path.section(QLatin1Char('/'), 0, 0);
-        if (QUuid(m_id).isNull()) {
+        if (!isUuidFolderName(m_id)) {
             add("archive-content", QStringLiteral("it does not hold a plugin folder"));
             return false;
         }
@@ -308,7 +308,8 @@ private:
     void checkFiles()
     {
         QMap<QString, QByteArray> missing = m_hashes;
-        for (const Entry &entry : qAsConst(m_entries).mid(1)) {
+        const QVector<Entry> files = m_entries.mid(1);
+        for (const Entry &entry : files) {
             const QString name = entry.path.mid(m_id.size() + 1);
             if (!m_hashes.contains(name)) {
                 add("archive-extra-file", QStringLiteral("%1 is not in its list of files").arg(name));

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <kora/export.h>
+
 class QString;
 
 namespace KORA {
@@ -8,10 +10,10 @@ namespace INTERNAL {
 
 /// Whether the text is exactly one UUID other than the null one, without braces. QUuid alone accepts any tail
 /// ("<uuid>/../../x"), and ids become names of folders and resources.
-bool isUuid(const QString &text);
+KORA_EXPORT bool isUuid(const QString &text);
 
 /// As isUuid(), or the same between both braces.
-bool isUuidFolderName(const QString &name);
+KORA_EXPORT bool isUuidFolderName(const QString &name);
 
 } // namespace INTERNAL
 } // namespace KORA

@@ -139,7 +139,8 @@ Result mouseMove(const SwipeGesture *swipe, SwipeGesturePrivate *d, const QPoint
     }
     d->recognitionState = SwipeGesturePrivate::Moving;
     d->currentPoint = position;
-    return move(swipe, d, &position);
+    const std::array<QPointF, MaximumGestureTouches> positions{position};
+    return move(swipe, d, positions.data());
 }
 
 Result recognizeMouse(SwipeGesture *swipe, SwipeGesturePrivate *d, const QEvent *event)

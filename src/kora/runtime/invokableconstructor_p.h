@@ -29,8 +29,8 @@ public:
     QObject *construct(const void *argument) const
     {
         QObject *object = nullptr;
-        void *arguments[] = {&object, const_cast<void *>(argument)};
         if (m_index >= 0) {
+            void *arguments[] = {&object, const_cast<void *>(argument)};
             m_metaObject->static_metacall(QMetaObject::CreateInstance, m_index, arguments);
         }
         return object;

@@ -27,8 +27,9 @@ public:
     struct WidgetMetaInfo
     {
         /// Looks up once what every instance takes. Each class may be null.
-        WidgetMetaInfo(const QMetaObject *widgetClass = nullptr,
-                       const QMetaObject *graphicsObjectClass = nullptr, const QString &versionText = {})
+        explicit WidgetMetaInfo(const QMetaObject *widgetClass = nullptr,
+                                const QMetaObject *graphicsObjectClass = nullptr,
+                                const QString &versionText = {})
             : widgetClass(widgetClass)
             , graphicsObjectClass(graphicsObjectClass)
             , version(versionText)

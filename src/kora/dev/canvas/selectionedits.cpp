@@ -193,7 +193,8 @@ void SelectionEdits::copy()
     scenario.pluginId = m_document->toScenario().pluginId;
     scenario.language = m_document->language();
     scenario.page = m_document->page();
-    for (const int index : stackingIndexes(*m_document)) {
+    const QVector<int> indexes = stackingIndexes(*m_document);
+    for (const int index : indexes) {
         scenario.widgets.append(m_document->widgets().at(index)->state());
     }
     QGuiApplication::clipboard()->setText(

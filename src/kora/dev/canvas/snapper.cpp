@@ -44,10 +44,12 @@ Snapper::Snapper(const PageState &page, const QVector<QRectF> &neighbours)
 
 void Snapper::addLines(const QRectF &rect)
 {
-    for (const qreal x : lineUps(rect.left(), rect.right())) {
+    const QVector<qreal> xs = lineUps(rect.left(), rect.right());
+    for (const qreal x : xs) {
         m_vertical.append({x, rect.top(), rect.bottom()});
     }
-    for (const qreal y : lineUps(rect.top(), rect.bottom())) {
+    const QVector<qreal> ys = lineUps(rect.top(), rect.bottom());
+    for (const qreal y : ys) {
         m_horizontal.append({y, rect.left(), rect.right()});
     }
 }
@@ -97,10 +99,12 @@ QPointF Snapper::offsetOfEdges(const QRectF &object, Qt::Edges edges, qreal tole
 QVector<Guide> Snapper::guides(const QRectF &object, Qt::Edges edges) const
 {
     QVector<Guide> result;
-    for (const qreal x : lineUps(object.left(), object.right(), Qt::LeftEdge, Qt::RightEdge, edges)) {
+    const QVector<qreal> xs = lineUps(object.left(), object.right(), Qt::LeftEdge, Qt::RightEdge, edges);
+    for (const qreal x : xs) {
         addGuide(result, {Qt::Vertical, x, object.top(), object.bottom()}, m_vertical);
     }
-    for (const qreal y : lineUps(object.top(), object.bottom(), Qt::TopEdge, Qt::BottomEdge, edges)) {
+    const QVector<qreal> ys = lineUps(object.top(), object.bottom(), Qt::TopEdge, Qt::BottomEdge, edges);
+    for (const qreal y : ys) {
         addGuide(result, {Qt::Horizontal, y, object.left(), object.right()}, m_horizontal);
     }
     return result;

@@ -175,7 +175,8 @@ private:
         QPushButton *paste = addButton(bar, tr("Paste"), QStringLiteral("Paste"));
         paste->setToolTip(tr("Adds the lines of the clipboard"));
         connect(paste, &QPushButton::clicked, this, [this] {
-            for (const QString &line : clipboardLines()) {
+            const QStringList lines = clipboardLines();
+            for (const QString &line : lines) {
                 append(line);
             }
             sendTexts();
@@ -315,7 +316,8 @@ private:
     {
         int last = 0;
         QStringList refused;
-        for (const QString &line : clipboardLines()) {
+        const QStringList lines = clipboardLines();
+        for (const QString &line : lines) {
             bool isNumber = false;
             const int index = line.section(QLatin1Char('='), 0, 0).toInt(&isNumber);
             if (!isNumber || !line.contains(QLatin1Char('=')) || m_map.contains(index)) {

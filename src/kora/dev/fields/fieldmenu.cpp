@@ -85,7 +85,8 @@ void fillFieldMenu(QMenu *menu, FieldManager *manager)
         menu->addAction(tr("Set again"), manager, [manager] { manager->sendValue(manager->value()); });
     again->setToolTip(tr("Writes the present value: a widget gets no event for it"));
     QMenu *others = menu->addMenu(tr("Send another type"));
-    for (const Sample &sample : samples()) {
+    const QVector<Sample> values = samples();
+    for (const Sample &sample : values) {
         others->addAction(sample.text, manager,
                           [manager, value = sample.value] { manager->sendValue(value); });
     }

@@ -101,7 +101,8 @@ private:
         menu->setObjectName(context().objectName + QStringLiteral("Menu"));
         menu->addAction(tr("Edit several lines"), this, &StringEditor::openBox);
         menu->addSeparator();
-        for (const TestText &test : testTexts()) {
+        const QVector<TestText> texts = testTexts();
+        for (const TestText &test : texts) {
             menu->addAction(tr("Test text: %1").arg(tr(test.name)), this, [this, text = test.text] {
                 m_line->setText(text);
                 send(text, true);

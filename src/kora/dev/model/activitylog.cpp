@@ -153,7 +153,8 @@ QVariant ActivityLog::data(const QModelIndex &index, int role) const
     case InstanceColumn:
         return entry.instance;
     case WhatColumn:
-        return entry.count == 1 ? entry.what : QStringLiteral("%1 × %2").arg(entry.what).arg(entry.count);
+        return entry.count == 1 ? entry.what
+                                : QStringLiteral("%1 × %2").arg(entry.what, QString::number(entry.count));
     case ArgumentsColumn:
         return entry.arguments;
     case ResultColumn:

@@ -263,7 +263,7 @@ void BenchDocument::pushInsertion(const QString &text, const QVector<PlacedWidge
 void BenchDocument::duplicate(const QVector<PlacedWidget *> &widgets, const QPointF &offset)
 {
     QVector<PlacedWidgetState> states;
-    for (const PlacedWidget *widget : m_widgets) { // in their order on the page
+    for (const PlacedWidget *widget : qAsConst(m_widgets)) { // in their order on the page
         if (widgets.contains(const_cast<PlacedWidget *>(widget))) {
             states.append(widget->state());
         }

@@ -25,7 +25,7 @@ QVariant BenchDocument::setFieldValue(PlacedWidget *widget, const QString &field
     const int id = widget->id();
     push(
         tr("Set %1 of %2").arg(fieldId, widget->name()),
-        {gesture, QStringLiteral("%1 %2").arg(id).arg(fieldId)},
+        {gesture, QStringLiteral("%1 %2").arg(QString::number(id), fieldId)},
         [this, id, fieldId, after] { applyFieldValue(id, fieldId, after); },
         [this, id, fieldId, before] { applyFieldValue(id, fieldId, before); });
     return after;

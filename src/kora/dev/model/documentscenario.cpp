@@ -79,7 +79,7 @@ int BenchDocument::load(const Scenario &scenario, QStringList &dropped, bool isS
 {
     clear();
     m_mode = scenario.mode;
-    m_language = languages().contains(scenario.language) ? scenario.language : languages().first();
+    m_language = languages().contains(scenario.language) ? scenario.language : languages().constFirst();
     if (m_language != scenario.language) {
         dropped.append(tr("the library has no texts in %1").arg(scenario.language));
     }

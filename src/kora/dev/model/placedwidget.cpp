@@ -20,7 +20,7 @@ namespace {
 
 QString sizeText(const QSizeF &size)
 {
-    return QStringLiteral("%1 x %2").arg(size.width()).arg(size.height());
+    return QStringLiteral("%1 x %2").arg(QString::number(size.width()), QString::number(size.height()));
 }
 
 Finding noInstance(const char *rule, const QString &message, const QString &hint)
@@ -35,7 +35,7 @@ Finding noInstance(const char *rule, const QString &message, const QString &hint
 QString declaredWidgets(const WidgetLibraryPluginMetaInformation &meta)
 {
     QStringList names;
-    const auto widgets = meta.widgets();
+    const auto &widgets = meta.widgets();
     for (const WidgetMetaInformation &widget : widgets) {
         names.append(widget.id() + QLatin1Char(' ') + widget.version().version());
     }

@@ -43,7 +43,7 @@ AlarmsPane::AlarmsPane(Providers *providers, QWidget *parent)
             [this](bool isDisabled) { act(isDisabled ? AlarmStates::Disable : AlarmStates::Enable); });
     addBurst();
     addDetails();
-    currentChanged();
+    AlarmsPane::currentChanged();
 }
 
 AlarmsPane::~AlarmsPane()

@@ -44,7 +44,7 @@ ClockBar::ClockBar(BenchClock *clock, const QString &prefix, QWidget *parent)
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(4);
-    for (QWidget *control : QVector<QWidget *>{m_pause, m_step, m_speed, m_seed, m_time}) {
+    for (QWidget *control : std::initializer_list<QWidget *>{m_pause, m_step, m_speed, m_seed, m_time}) {
         layout->addWidget(control);
     }
     connect(clock, &BenchClock::ticked, this, &ClockBar::showTime);

@@ -110,7 +110,7 @@ InstancesPane::InstancesPane(BenchDocument *document, QWidget *parent)
 void InstancesPane::addCommands(QLayout *bar)
 {
     const auto command = [this, bar](const char *icon, const char *name, const QString &label,
-                                     const QString &key, std::function<void(PlacedWidget *)> run) {
+                                     const QString &key, const std::function<void(PlacedWidget *)> &run) {
         QToolButton *button = iconButton(this, icon, {QLatin1String(name), label, {}, QKeySequence(key)});
         connect(button, &QToolButton::clicked, this, [this, run] {
             if (PlacedWidget *widget = current()) {

@@ -174,12 +174,12 @@ void BenchActions::fill(QMenuBar *bar) const
 {
     QMenu *menu = nullptr;
     for (const Spec &spec : specs) {
-        if (!spec.name) {
-            menu->addSeparator();
-        } else if (!spec.text) {
+        if (spec.name && !spec.text) {
             menu = bar->addMenu(tr(spec.name));
             menu->setObjectName(menu->title().remove(QLatin1Char('&')).toLower() + QLatin1String("Menu"));
-        } else {
+        } else if (menu && !spec.name) { // the table begins with a menu
+            menu->addSeparator();
+        } else if (menu) {
             menu->addAction((*this)[spec.name]);
         }
     }

@@ -21,7 +21,7 @@ const QSize presets[] = {{800, 480}, {1024, 600}, {1280, 800}};
 
 QString sizeText(const QSize &size)
 {
-    return QStringLiteral("%1 x %2").arg(size.width()).arg(size.height());
+    return QStringLiteral("%1 x %2").arg(QString::number(size.width()), QString::number(size.height()));
 }
 
 QIcon swatch(const QColor &color)
