@@ -387,7 +387,7 @@ void tst_LibraryCheck::librariesOfOtherProcessorsAreChecked()
     QCOMPARE(problems.at(0)[QLatin1String("file")].toString(), path);
 }
 
-// Of a directory of plugins, of one plugin, of metadata; and of what is none of them.
+// After metadata that is fine; and with what cannot be checked.
 void tst_LibraryCheck::checkTellsWhatComesNext()
 {
     const PluginFolders folders;
@@ -396,11 +396,7 @@ void tst_LibraryCheck::checkTellsWhatComesNext()
     const auto check = [](const QString &path, const QStringList &more = {}) {
         return kora(QStringList{QStringLiteral("check"), path} + more);
     };
-    Result result = check(dir);
-    QVERIFY2(result.exitCode == 0 && result.out.contains("\nNext: kora list "), result.out + result.err);
-    result = check(folders.folder(id));
-    QVERIFY2(result.exitCode == 0 && result.out.contains("\nNext: kora render "), result.out + result.err);
-    result = check(QStringLiteral(KORA_TEST_DATA_DIR "/boiler.json"));
+    Result result = check(QStringLiteral(KORA_TEST_DATA_DIR "/boiler.json"));
     QVERIFY2(result.exitCode == 0 && result.out.contains("\nNext: cmake --build "), result.out + result.err);
 
     QVERIFY(QDir().mkpath(dir + QStringLiteral("/other/empty")));

@@ -302,20 +302,24 @@ void tst_Cli::describeAsText()
 
 void tst_Cli::describeTellsOfEachType()
 {
-    const Result result = kora(
-        {QStringLiteral("describe"), builtFolder(QStringLiteral("0a5e9c10-0000-4000-8000-00000000f00d"))});
+    const QString folder = builtFolder(QStringLiteral("0a5e9c10-0000-4000-8000-000000000a11"));
+    const Result result = kora({QStringLiteral("describe"), folder});
     QCOMPARE(result.exitCode, 0);
     const QString out = result.out.simplified();
-    for (const char *expected : {"default size 200x100.5", "alarms receives alarm events",
-                                 "text string \"a\" Text Roboto 12 bold italic underline",
-                                 "list stringList \"a\", \"b\" List", "map stringMap 1=\"a\", 2=\"b\" Map",
-                                 "count integer 1 0 .. 9 numeric, bool (on demand) Count Numbers read-only",
-                                 "ratio double 1 0.5 .. 2 Ratio", "on bool true On shown if count>0",
-                                 "kind option 2=b 1=a, 2=b Kind shown if on==true", "ink color #ff0000 Ink",
-                                 "font font Roboto 9 Font", "picture image \"a.png\" Picture",
-                                 "value tag any Value", "curve trend Curve"}) {
+    for (const char *expected :
+         {"default size 200x100.5", "alarms receives alarm events",
+          "count integer 1 0 .. 9 numeric, bool (on demand) Count Numbers read-only",
+          "curve trend - - - Curve", "font font Roboto 9 - - Font", "ink color #ff0000 - - Ink",
+          "kind option 2=b 1=a, 2=b - Kind - shown if on==true", "list stringList \"a\", \"b\" - - List",
+          "map stringMap 1=\"a\", 2=\"b\" - - Map", "on bool true - - On - shown if count>0",
+          "picture image \"a.png\" - - Picture", "ratio double 1 0.5 .. 2 - Ratio",
+          "text string \"a\" - - Text - Roboto 12 bold italic underline", "value tag - - any Value",
+          "words string \"a\" - - Words - multi-language"}) {
         QVERIFY2(out.contains(QLatin1String(expected)), qPrintable(QLatin1String(expected) + result.out));
     }
+    const Result checked = kora({QStringLiteral("check"), folder});
+    QVERIFY2(checked.exitCode == 0 && checked.out.contains(QLatin1String("\nNext: kora render ")),
+             qPrintable(checked.out + checked.err));
 }
 
 void tst_Cli::describeAsJson()

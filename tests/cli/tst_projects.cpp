@@ -259,7 +259,7 @@ void TestProjects::translationsNeedMetadata_data()
                              << QStringLiteral("metadata.json is no metadata: ");
     QTest::newRow("refused metadata") << QStringList{QStringLiteral("p/metadata.json"),
                                                      QString(good).remove(QStringLiteral(R"("name": "L", )"))}
-                                      << QStringLiteral("[6]; kora check tells where");
+                                      << QStringLiteral("[4]; kora check tells where");
 }
 
 void TestProjects::translationsNeedMetadata()

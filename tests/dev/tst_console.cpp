@@ -234,6 +234,9 @@ void TestConsole::linesAreCopiedMarkedAndSaved()
     const auto button = [&pane](const char *name) {
         return pane.findChild<QToolButton *>(QLatin1String(name));
     };
+    for (const char *level : {"consoleErrors", "consoleInfo", "consoleDebug"}) {
+        button(level)->setChecked(true); // as no earlier pane left them
+    }
     console.append(ConsoleLine::Error, QStringLiteral("boiler"), QStringLiteral("too hot"));
     console.append(ConsoleLine::Debug, QStringLiteral("pump"), QStringLiteral("turns"));
     console.flush();
@@ -329,7 +332,7 @@ void TestConsole::problemsAreOrderedAndOpened()
     findings[1].hint = QStringLiteral("first line\nsecond line");
     pane.setFindings(findings);
     QCOMPARE(tree->topLevelItemCount(), 3);
-    QCOMPARE(tree->topLevelItem(0)->text(0), QStringLiteral("An error."));
+    QCOMPARE(tree->topLevelItem(0)->text(0), QStringLiteral("An error"));
     QCOMPARE(tree->topLevelItem(0)->text(2), QStringLiteral("tank.json:12:1"));
     QCOMPARE(tree->topLevelItem(1)->text(2), QStringLiteral("tank.json"));
     QCOMPARE(tree->topLevelItem(2)->text(2), QStringLiteral("/widgets/0"));
