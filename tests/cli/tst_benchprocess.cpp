@@ -159,6 +159,8 @@ private Q_SLOTS:
     void newBuildThatCrashesIsNotTakenOver();
     void buildThatCrashesOnLoadingEndsInNoLoop();
     void hangIsTold();
+    void hungWindowIsEnded();
+    void aSessionThatCannotBeKeptIsTold();
 
 private:
     QString path(const QString &name) const { return m_dir->filePath(name); }
@@ -399,6 +401,40 @@ void tst_BenchProcess::hangIsTold()
     QVERIFY(!bench.waitFor("ready").isEmpty());
     const QString errors = bench.errors();
     QCOMPARE(errors.count(QStringLiteral("gdb -p ")), 1);
+}
+
+// It has three seconds to end; who asks again will not wait so long.
+void tst_BenchProcess::hungWindowIsEnded()
+{
+    Bench bench(state(), withScenario({tank("tank1", fault("hang"))}));
+    QCOMPARE(bench.waitFor("hangs")[QLatin1String("call")].toString(), QStringLiteral("initEvent of tank1"));
+    bench.interrupt();
+    QTest::qWait(600);
+    bench.interrupt();
+    const QJsonObject crash = bench.waitFor("crashedAtEnd");
+    QCOMPARE(crash[QLatin1String("cause")].toString(), QStringLiteral("SIGKILL"));
+    QCOMPARE(crash[QLatin1String("calls")].toArray().last().toString(), QStringLiteral("initEvent of tank1"));
+    QVERIFY(!bench.waitFor("ended").isEmpty());
+    QVERIFY(bench.waitForEnd());
+    const QString errors = bench.errors();
+    QVERIFY2(errors.contains(QStringLiteral("the window hung in initEvent of tank1 and was killed")),
+             qPrintable(errors));
+}
+
+void tst_BenchProcess::aSessionThatCannotBeKeptIsTold()
+{
+    QVERIFY(install("in the way", state() + QStringLiteral("/kora")));
+    Bench bench(state(), {path(pluginId)});
+    QVERIFY(!bench.waitFor("ready").isEmpty());
+    const QString errors = bench.errors();
+    QVERIFY2(errors.contains(QStringLiteral("cannot be made: what is open is lost at the end")),
+             qPrintable(errors));
+    // Reloads work without it, one after the other.
+    bench.send({{QStringLiteral("do"), QStringLiteral("reload")}});
+    bench.send({{QStringLiteral("do"), QStringLiteral("reload")}});
+    for (int i = 0; i < 2; ++i) {
+        QCOMPARE(bench.waitFor("ready")[QLatin1String("reload")], QJsonValue(true));
+    }
 }
 
 KORA_TEST_MAIN(tst_BenchProcess)
