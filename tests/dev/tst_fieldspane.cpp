@@ -457,9 +457,9 @@ void TestFieldsPane::imagesComeFromFiles()
     const auto thumbnail = [line] {
         const auto labels = line->parentWidget()->findChildren<QLabel *>();
         for (const QLabel *label : labels) {
-            const QPixmap *shown = label->pixmap();
-            if (shown && !shown->isNull()) {
-                return shown->toImage();
+            const QPixmap shown = label->pixmap(Qt::ReturnByValue);
+            if (!shown.isNull()) {
+                return shown.toImage();
             }
         }
         return QImage();
