@@ -8,6 +8,7 @@
 #include <QtCore/QXmlStreamReader>
 #include <QtTest/QTest>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <functional>
@@ -105,6 +106,8 @@ private Q_SLOTS:
     void metadataIsReadAsQtReadsIt();
     void eachRuleFindsItsFixture_data();
     void eachRuleFindsItsFixture();
+    void findingsTellTheCause_data();
+    void findingsTellTheCause();
     void damagedLibrariesAreSafeToRead();
     void loadFailuresNameTheCause();
     void codeOfThePluginIsNotRun();
@@ -251,6 +254,67 @@ void tst_LibraryCheck::eachRuleFindsItsFixture()
     QCOMPARE(findings.first().rule, rule);
     QCOMPARE(findings.first().severity, findRule(rule)->severity);
     QVERIFY(!findings.first().message.isEmpty() && !findings.first().hint.isEmpty());
+}
+
+// Several causes share a rule.
+void tst_LibraryCheck::findingsTellTheCause_data()
+{
+    QTest::addColumn<Diagnose>("diagnose");
+    QTest::addColumn<QString>("rule");
+    QTest::addColumn<QString>("message");
+    const auto row = [](const char *name, const Diagnose &diagnose, const char *rule, const char *message) {
+        QTest::newRow(name) << diagnose << QString::fromLatin1(rule) << QString::fromLatin1(message);
+    };
+    row("an empty file", diagnoseFolderWith(QByteArray()), "library-truncated", "the file is empty");
+    row("a library for Windows", diagnoseFolderWith(QByteArray("MZ\x90\0\x03", 5)), "library-not-elf",
+        "for Windows");
+    row("metadata that the parser refuses",
+        diagnoseFolderWith(goodLibrary().replace("\x66"
+                                                 "author",
+                                                 "\x66"
+                                                 "auteur")),
+        "metadata", "author");
+    row("a file instead of a folder", Diagnose([](const PluginFolders &folders) {
+            return diagnosePluginFolder(folders.put(id, goodLibrary()));
+        }),
+        "folder-missing", "this is a file");
+    row("a library of another platform", Diagnose([](const PluginFolders &folders) {
+            const QString path = libraryPathInFolder(folders.folder(id), QStringLiteral("linux/arm32"));
+            QDir().mkpath(QFileInfo(path).path());
+            PluginFolders::writeFile(path, goodLibrary());
+            return diagnosePluginFolder(folders.folder(id));
+        }),
+        "library-missing", "; the folder has one for linux/arm32");
+    row("a link that leads nowhere", Diagnose([](const PluginFolders &folders) {
+            folders.makeFolder(id);
+            QDir().mkpath(QFileInfo(folders.libraryPath(id)).path());
+            QFile::link(QStringLiteral("/nowhere/libboiler.so"), folders.libraryPath(id));
+            return diagnosePluginFolder(folders.folder(id));
+        }),
+        "library-missing", "the link leads nowhere (/nowhere/libboiler.so)");
+    row("a pipe", Diagnose([](const PluginFolders &folders) {
+            QDir().mkpath(QFileInfo(folders.libraryPath(id)).path());
+            mkfifo(folders.libraryPath(id).toUtf8().constData(), 0600);
+            return diagnosePluginFolder(folders.folder(id));
+        }),
+        "library-not-file", "not a regular file");
+    row("a library that something else needs",
+        explainLoad("(libboiler.so.1: cannot open shared object file: No such file or directory)"),
+        "load-missing-library", "a library that it needs in turn is not there: libboiler.so.1");
+}
+
+void tst_LibraryCheck::findingsTellTheCause()
+{
+    QFETCH(Diagnose, diagnose);
+    QFETCH(QString, message);
+    const PluginFolders folders;
+    LogRecorder log;
+    const Findings findings = diagnose(folders);
+    log.takeLines();
+    QCOMPARE(findings.size(), 1);
+    QTEST(findings.first().rule, "rule");
+    QVERIFY2(findings.first().message.contains(message, Qt::CaseInsensitive),
+             qPrintable(findings.first().message));
 }
 
 void tst_LibraryCheck::damagedLibrariesAreSafeToRead()

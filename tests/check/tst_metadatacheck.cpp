@@ -180,6 +180,8 @@ private Q_SLOTS:
     void eachRuleFindsItsFixtureAlone();
     void requirementsOfAWrongFieldAreNotJudged_data();
     void requirementsOfAWrongFieldAreNotJudged();
+    void findingsSuitTheCase_data();
+    void findingsSuitTheCase();
     void brokenJson_data();
     void brokenJson();
     void everyCodeIsExplained();
@@ -335,6 +337,74 @@ void tst_MetadataCheck::requirementsOfAWrongFieldAreNotJudged()
     log.takeLines();
     QCOMPARE(findings.size(), 1);
     QCOMPARE(findings.first().code, code);
+}
+
+// What a rule says besides, where it knows several cases.
+void tst_MetadataCheck::findingsSuitTheCase_data()
+{
+    QTest::addColumn<QByteArray>("from");
+    QTest::addColumn<QByteArray>("to");
+    QTest::addColumn<QString>("rule"); // empty: there is no finding
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("hint");
+    const auto row = [](const char *name, const char *from, const char *to, const char *rule,
+                        const char *message, const char *hint) {
+        QTest::newRow(name) << QByteArray(from) << QByteArray(to) << QString::fromLatin1(rule)
+                            << QString::fromLatin1(message) << QString::fromLatin1(hint);
+    };
+    row("an empty size", "200x100", "0x100", "no-default-size", "is empty", "add \"defaultSize\"");
+    row("a default below the minimum", "\"defaultValue\": 5", "\"defaultValue\": -1",
+        "default-outside-bounds", "-1 is below the minimum 0", "change");
+    row("a default at a bound", "\"defaultValue\": 5", "\"defaultValue\": 10", "", "", "");
+    row("a language twice", "[\"it-IT\"]", "[\"it-IT\", \"it-IT\"]", "repeated-language", "listed twice",
+        "remove");
+    row("a key like no other", "\"author\"", "\"zzzzzzzz\": 1, \"author\"", "unknown-key", "zzzzzzzz",
+        "known here: $schema, id, name");
+    row("Qt's own key", "\"author\"", "\"MetaData\": {}, \"author\"", "unknown-key", "MetaData",
+        "moc adds that itself");
+    row("a key inside an option", "\"index\": 0", "\"index\": 0, \"opton\": 1", "unknown-key", "opton",
+        "did you mean \"option\"");
+    row("a bool field that exists", "alarm==true", "alarm", "requirement-existence", "false and 0 included",
+        "write \"alarm==true\"");
+    row("another field that exists", "alarm==true", "level", "requirement-existence", "false and 0 included",
+        "compare it with a value");
+    row("a blank in a value", "alarm==true", "alarm== true", "requirement-blank", "belongs to the value",
+        "\"alarm==true\" without blanks");
+    row("a number may follow a blank", "alarm==true", "level> 3", "", "", "");
+    row("an option", "alarm==true", "mode==1", "", "", "");
+    row("an option that there is not", "alarm==true", "mode==7", "requirement-never", "cannot be \"7\"",
+        "options");
+    row("a number outside the bounds", "alarm==true", "level==11", "requirement-never", "cannot be \"11\"",
+        "bounds");
+    row("a number at its bound", "alarm==true", "level==10", "", "", "");
+    row("a number with a sign", "alarm==true", "level==+1", "requirement-never", "cannot be \"+1\"",
+        "as short");
+    row("conditions joined by bars", "alarm==true", "mode==1||alarm==true", "requirement-last-counts",
+        "\"alarm==true\"", "keep");
+    row("a surrogate pair", "Boiler Works", "Boiler \\ud83d\\ude00", "", "", "");
+    row("no character", "Boiler Works", "Boiler \\uffff", "xml-character", "cannot hold", "remove");
+}
+
+void tst_MetadataCheck::findingsSuitTheCase()
+{
+    QFETCH(QByteArray, from);
+    QFETCH(QByteArray, to);
+    QFETCH(QString, rule);
+    QByteArray json = dataFile("boiler.json");
+    QVERIFY(json.contains(from));
+    json.replace(json.indexOf(from), from.size(), to);
+    LogRecorder log;
+    const Findings findings = checkMetadata(json, QStringLiteral(KORA_TEST_DATA_DIR "/boiler.json"));
+    log.takeLines();
+    QCOMPARE(findings.size(), rule.isEmpty() ? 0 : 1);
+    if (findings.isEmpty()) {
+        return;
+    }
+    QCOMPARE(findings.first().rule, rule);
+    QFETCH(QString, message);
+    QFETCH(QString, hint);
+    QVERIFY2(findings.first().message.contains(message), qPrintable(findings.first().message));
+    QVERIFY2(findings.first().hint.contains(hint), qPrintable(findings.first().hint));
 }
 
 void tst_MetadataCheck::brokenJson_data()

@@ -63,6 +63,8 @@ private Q_SLOTS:
     void initTestCase();
     void eachFaultIsFoundByItsCheckAlone_data();
     void eachFaultIsFoundByItsCheckAlone();
+    void findingsTellTheFault_data();
+    void findingsTellTheFault();
     void nothingElseIsFound();
     void everyRuleIsExplained();
     void aDeathIsToldSoThatItCanBeRepeated();
@@ -100,6 +102,7 @@ void tst_LoadCheck::eachFaultIsFoundByItsCheckAlone_data()
                                   + one("load-crash defaults") + one("load-skipped"));
     row("default", one("load-defaults"));
     row("deleted_by_touch", one("load-input"));
+    row("deletes_itself", one("load-life-cycle"));
     row("exit", one("load-exit data-roles"));
     row("growing", isSanitized ? QStringList() : one("load-growth"));
     row("hang", one("load-hang data-roles"));
@@ -111,12 +114,17 @@ void tst_LoadCheck::eachFaultIsFoundByItsCheckAlone_data()
     row("needs_item", one("load-crash life-cycle"));
     row("no_item", one("load-item-class"));
     row("no_widget", one("load-widget-class"));
+    row("null_class", one("load-widget-class"));
+    row("other_data", one("load-widget-class"));
+    row("other_item_data", one("load-item-class"));
+    row("own_scene", one("load-item-class"));
     row("painter", one("load-paint"));
     row("random", one("load-crash random-values"));
     row("resize", one("load-resize"));
     row("runs_when_stopped", one("load-events"));
     row("short_argument", one("load-widget-class"));
     row("short_item_argument", one("load-item-class"));
+    row("short_version", one("load-registration"));
     row("trend_without_entries", one("load-crash host-services"));
     row("undeclared", one("load-registration"));
     row("unknown_field", one("load-warning"));
@@ -124,6 +132,7 @@ void tst_LoadCheck::eachFaultIsFoundByItsCheckAlone_data()
     row("without_macro", one("load-widget-class"));
     row("writes_beyond_bounds", one("load-bounds"));
     row("writes_when_painted", one("load-paint"));
+    row("wrong_icon", one("load-data-roles"));
     row("wrong_value", one("load-crash wrong-values"));
 }
 
@@ -131,6 +140,45 @@ void tst_LoadCheck::eachFaultIsFoundByItsCheckAlone()
 {
     QFETCH(const QStringList, rules);
     QCOMPARE(rulesOf(m_all.findings, QString::fromLatin1(QTest::currentDataTag())), rules);
+}
+
+void tst_LoadCheck::findingsTellTheFault_data()
+{
+    QTest::addColumn<QString>("message");
+    const auto row = [](const char *widget, const char *message) {
+        QTest::newRow(widget) << QString::fromLatin1(message);
+    };
+    row("deleted_by_touch", "it deletes its graphics object");
+    row("deletes_itself", "it deletes itself");
+    row("ends_painter", "its paint ends the painter");
+    row("icon", "its icon shows nothing");
+    row("maximum", "its field count does not keep its maximum 1000, it is 999 at once");
+    row("no_widget", "its widget class NoWidget is not derived from KORA::Widget");
+    row("null_class", "its widget class is registered as a null pointer");
+    row("other_data", "its widget class does not pass on the data that it is constructed from");
+    row("other_item_data", "its graphics object class does not pass on the data");
+    row("own_scene", "its graphics object gives itself a scene");
+    row("resize", "its boundingRect is not finite at the size 0x");
+    row("runs_when_stopped", "it writes its field count although it was stopped");
+    row("short_argument", "has no invokable constructor taking const KORA::WidgetData &; it has "
+                          "ShortArgument(WidgetData)");
+    row("without_macro", "its widget class is registered as KORA::Widget itself");
+    row("writes_beyond_bounds", "it writes 1001 to its field count, whose bounds end at 1000");
+    row("writes_when_painted", "it writes its field count while it paints");
+    row("wrong_icon", "it answers the icon role with QVariant(QString, \"icon.png\") instead of a QIcon");
+}
+
+void tst_LoadCheck::findingsTellTheFault()
+{
+    QFETCH(const QString, message);
+    const QString widget = QString::fromLatin1(QTest::currentDataTag());
+    QStringList messages;
+    for (const Finding &finding : qAsConst(m_all.findings)) {
+        if (finding.widgetId == widget) {
+            messages.append(finding.message);
+        }
+    }
+    QVERIFY2(!messages.filter(message).isEmpty(), qPrintable(messages.join(QLatin1Char('\n'))));
 }
 
 void tst_LoadCheck::nothingElseIsFound()

@@ -93,6 +93,7 @@ private Q_SLOTS:
     void changedArchivesAreRefused();
     void whatIsNoPluginFolderIsNotPacked();
     void doctorTellsOfPlugins();
+    void doctorTellsWhatTheMachineLacks();
 
 private:
     QString path(const QString &name) const { return m_dir->filePath(name); }
@@ -397,6 +398,26 @@ void TestProjects::doctorTellsOfPlugins()
          {QStringLiteral("5.15"), QStringLiteral("Roboto"), QStringLiteral("cmake, for"),
           QStringLiteral("odd: the folder's name"), lampsId}) {
         QVERIFY2(result.out.contains(expected), qPrintable(expected + result.out.right(700)));
+    }
+}
+
+void TestProjects::doctorTellsWhatTheMachineLacks()
+{
+    const QString cmake = path(QStringLiteral("bin/cmake"));
+    QVERIFY(put(cmake, "#!/bin/sh\necho cmake version 3.10.2\n"));
+    QVERIFY(QFile::setPermissions(cmake, QFile::ReadOwner | QFile::ExeOwner));
+    const Result result = kora({QStringLiteral("doctor"), path(QStringLiteral("none"))},
+                               {{QStringLiteral("PATH"), QFileInfo(cmake).path()},
+                                {QStringLiteral("LD_BIND_NOW"), QStringLiteral("1")}});
+    QCOMPARE(result.exitCode, 1);
+    const QString out = result.out.simplified();
+    for (const char *expected :
+         {"WRONG cmake, for building widget libraries 3.10.2 version 3.25 is needed",
+          "WRONG c++, for building widget libraries not in PATH install it (Debian: g++)",
+          "- ld.lld, for building for panels not in PATH install it (Debian: lld)",
+          "WRONG CMake package none beside this command", "- LD_BIND_NOW set",
+          "does not exist name another directory", "to be put right"}) {
+        QVERIFY2(out.contains(QLatin1String(expected)), qPrintable(QLatin1String(expected) + out));
     }
 }
 

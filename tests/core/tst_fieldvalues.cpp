@@ -402,6 +402,11 @@ void tst_FieldValues::boundsOfDoubles_data()
     QTest::newRow("above") << QVariant(0) << text("1.5") << QVariant(1.25) << 1.25;
     QTest::newRow("infinity takes the maximum")
         << QVariant(0) << QVariant(infinite) << QVariant(100) << 100.0;
+    QTest::newRow("a text beyond the range takes the maximum")
+        << QVariant(0) << text("3e320") << QVariant(100) << 100.0;
+    QTest::newRow("a text below the range takes the minimum")
+        << QVariant(0) << text("-3e320") << QVariant(100) << 0.0;
+    QTest::newRow("a bound beyond the range does not bind") << none << QVariant(7) << text("3e320") << 7.0;
     QTest::newRow("a huge number stays") << none << QVariant(1e300) << none << 1e300;
     QTest::newRow("no number counts as zero") << none << text("abc") << none << 0.0;
     QTest::newRow("not a number is zero") << none << QVariant(notANumber) << none << 0.0;

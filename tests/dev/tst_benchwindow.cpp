@@ -4,6 +4,7 @@
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QMimeData>
+#include <QtCore/QPointer>
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QAccessible>
 #include <QtGui/QDropEvent>
@@ -135,6 +136,7 @@ class TestBenchWindow : public QObject
 
 private Q_SLOTS:
     void initTestCase();
+    void cleanupTestCase();
     void cleanup();
     void firstStartPlacesAWidget();
     void dragsTypesAndUndoes();
@@ -158,6 +160,13 @@ void TestBenchWindow::initTestCase()
 {
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_dir.path());
     KORA::INTERNAL::koraInit(QIcon());
+}
+
+// The buttons in Qt's line edits fade in; an animation whose line edit is gone ends at its next step, and until then it is a
+// leak.
+void TestBenchWindow::cleanupTestCase()
+{
+    QTest::qWait(100);
 }
 
 void TestBenchWindow::cleanup()
@@ -219,11 +228,11 @@ void TestBenchWindow::valuesStayOverAChangeOfMode()
     PlacedWidget *gauge =
         bench.document()->place(QStringLiteral("gauge"), QStringLiteral("1.1.0"), {300, 200});
     type(bench, "maximum", QStringLiteral("77.5"));
-    const KORA::Widget *instance = gauge->widget();
+    const QPointer<KORA::Widget> instance = gauge->widget();
     QTest::keyClick(bench.canvas(), Qt::Key_F5);
     QCOMPARE(bench.document()->mode(), BenchMode::Runtime);
     QVERIFY(bench.get<QAction>("runtime")->isChecked());
-    QVERIFY(gauge->widget() && gauge->widget() != instance);
+    QVERIFY(gauge->widget() && !instance); // the next one may stand at the same address
     QCOMPARE(gauge->fieldValue(QStringLiteral("maximum")).toDouble(), 77.5);
     QTest::keyClick(bench.canvas(), Qt::Key_F5, Qt::ShiftModifier);
     QCOMPARE(bench.document()->mode(), BenchMode::Studio);

@@ -53,6 +53,7 @@ private Q_SLOTS:
     void undoingLeavesRunningValues();
     void faultyStateIsRefused_data();
     void faultyStateIsRefused();
+    void unusableDefinitionsAreRefused();
     void manyWritesReachViewsSeldom();
 };
 
@@ -571,6 +572,36 @@ void TestProviders::faultyStateIsRefused_data()
     row("an alarm's time", R"({"alarms": [{"name": "x", "timestamp": "2024-05-17T09:03:11.123 more"}]})",
         "alarms[0] \"x\": \"timestamp\": \"2024-05-17T09:03:11.123 more\" is no time");
     row("a speed", R"({"clock": {"speed": 1000}})", "clock: \"speed\": not a number from 0.1 to 100");
+    row("a clock that is a list", R"({"clock": []})", "\"clock\": not an object");
+    row("a clock's seed", R"({"clock": {"seed": -1}})",
+        "clock: \"seed\": -1 is not between 0 and 4294967295");
+    row("a clock's pause", R"({"clock": {"paused": 1}})", "clock: \"paused\": neither true nor false");
+    row("a clock's start", R"({"clock": {"start": "2024-05-17T09:03:11.123Z more"}})",
+        "clock: \"start\": \"2024-05-17T09:03:11.123Z more\" is no time like");
+    row("a time before the clock's start", R"({"clock": {"elapsed": -1}})",
+        "clock: \"elapsed\": not between 0 and");
+    row("a negative burst", R"({"burst": -1})", "\"burst\": not between 0 and");
+    row("a generator that does not exist", R"({"tags": [{"name": "a", "generator": {"kind": "saw"}}]})",
+        "tags[0] \"a\": \"generator\": \"kind\": not one of constant, ramp");
+    row("a generator's large period", R"({"tags": [{"name": "a", "generator": {"period": 3000000000}}]})",
+        "tags[0] \"a\": \"generator\": \"period\": 3000000000 is too large a number");
+    row("a generator's short period", R"({"tags": [{"name": "a", "generator": {"period": 1}}]})",
+        "tags[0] \"a\": \"generator\": the period 1 ms is not between");
+    row("a generator's minimum", R"({"tags": [{"name": "a", "generator": {"minimum": "low"}}]})",
+        "tags[0] \"a\": \"generator\": \"minimum\": not a number");
+    row("a generator without a maximum", R"({"tags": [{"name": "a", "generator": {"maximum": "inf"}}]})",
+        "tags[0] \"a\": \"generator\": minimum and maximum have to be finite numbers");
+    row("an alarm's description", R"({"alarms": [{"name": "x", "description": 5}]})",
+        "alarms[0] \"x\": \"description\": not a text");
+    row("an alarm's groups", R"({"alarms": [{"name": "x", "groups": "a"}]})",
+        "alarms[0] \"x\": \"groups\": not a list of texts");
+    row("an alarm's custom fields", R"({"alarms": [{"name": "x", "customFields": ["a", 1]}]})",
+        "alarms[0] \"x\": \"customFields\": not a list of texts");
+    row("a colour of a state that does not exist",
+        R"({"alarms": [{"name": "x", "foregroundColors": {"StateOn": "#112233"}}]})",
+        "alarms[0] \"x\": \"foregroundColors\": there is no state StateOn");
+    row("an alarm's value without its type", R"({"alarms": [{"name": "x", "tagValue": 5}]})",
+        "alarms[0] \"x\": \"tagValue\": not a value with its type");
 }
 
 void TestProviders::faultyStateIsRefused()
@@ -586,6 +617,76 @@ void TestProviders::faultyStateIsRefused()
     QVERIFY(!plant.fromJson(document.object(), problems));
     QCOMPARE(problems.size(), 1);
     QVERIFY2(problems.first().startsWith(problem), qPrintable(problems.first()));
+    QCOMPARE(plant.toJson(), before);
+}
+
+void TestProviders::unusableDefinitionsAreRefused()
+{
+    Plant plant;
+    plant.addDefaults();
+    const QJsonObject before = plant.toJson();
+    QStringList problems;
+    const auto refuses = [&problems](bool isDone, const QString &problem) {
+        problems.append(problem.section(QStringLiteral(": "), 1));
+        return !isDone;
+    };
+    QString problem;
+    const auto tagIsRefused = [&](const TagDefinition &definition) {
+        return refuses(plant.tags()->add(definition, &problem), problem);
+    };
+    const auto trendIsRefused = [&](const TrendDefinition &definition) {
+        return refuses(plant.trends()->add(definition, &problem), problem);
+    };
+    const auto alarmIsRefused = [&](const AlarmInfoData &definition) {
+        return refuses(plant.alarms()->add(definition, &problem), problem);
+    };
+    for (const QString &name :
+         {QStringLiteral(" "), QString(TagTable::LongestName + 1, QLatin1Char('n')), QStringLiteral("level"),
+          QStringLiteral("levelTrend"), QStringLiteral("levelHigh")}) {
+        TrendDefinition trend;
+        trend.name = name;
+        TagDefinition sameName = tag("", TagTypeInt);
+        sameName.name = name;
+        AlarmInfoData sameAlarm = alarm("", true, true);
+        sameAlarm.name = name;
+        const bool isTag = name == QLatin1String("level");
+        const bool isTrend = name == QLatin1String("levelTrend");
+        const bool isAlarm = name == QLatin1String("levelHigh");
+        QVERIFY(isTrend || isAlarm || tagIsRefused(sameName));
+        QVERIFY(isTag || isAlarm || trendIsRefused(trend));
+        QVERIFY(isTag || isTrend || alarmIsRefused(sameAlarm));
+    }
+    QCOMPARE(problems.count(QStringLiteral("the name is empty")), 3);
+    QCOMPARE(problems.count(QStringLiteral("the name is longer than 200 characters")), 3);
+    QCOMPARE(problems.filter(QStringLiteral("of that name")).size(), 3);
+
+    problems.clear();
+    QVERIFY(tagIsRefused(tag("t", static_cast<TagType>(99))));
+    QVERIFY(tagIsRefused(tag("t", TagTypeInt, 0, generator(static_cast<Generator::Kind>(99)))));
+    TrendDefinition trend;
+    trend.name = QStringLiteral("t");
+    trend.source = static_cast<TrendDefinition::Source>(9);
+    QVERIFY(trendIsRefused(trend));
+    trend.source = TrendDefinition::FromTag;
+    trend.delay = -1;
+    QVERIFY(trendIsRefused(trend));
+    AlarmInfoData wrong = alarm("a", true, true);
+    wrong.state = static_cast<AlarmInfo::State>(7);
+    QVERIFY(alarmIsRefused(wrong));
+    wrong.state = AlarmInfo::StateDisabled;
+    wrong.severity = static_cast<AlarmInfo::Severity>(99);
+    QVERIFY(alarmIsRefused(wrong));
+    QCOMPARE(problems.filter(QRegularExpression(QStringLiteral("there is no .* 9?[79]$"))).size(), 5);
+
+    // Nor is changed what is not there.
+    const QString none = QStringLiteral("none");
+    QVERIFY(!plant.tags()->edit(none, tag("t", TagTypeInt), &problem));
+    QCOMPARE(problem, QStringLiteral("Tag \"none\": there is no such tag"));
+    QVERIFY(!plant.alarms()->edit(none, alarm("a", true, true), &problem));
+    QCOMPARE(problem, QStringLiteral("Alarm \"none\": there is no such alarm"));
+    QVERIFY(!plant.tags()->remove(none) && !plant.trends()->remove(none) && !plant.alarms()->remove(none));
+    QVERIFY(plant.tags()->duplicate(none).isEmpty() && plant.alarms()->duplicate(none).isEmpty());
+    QVERIFY(!plant.tags()->pastValue(none, 0).isValid() && !plant.trends()->presentValue(none).isValid());
     QCOMPARE(plant.toJson(), before);
 }
 

@@ -36,7 +36,7 @@ int convertForBound<int>(const QVariant &value)
 template<>
 double convertForBound<double>(const QVariant &value)
 {
-    const double number = value.toDouble();
+    const double number = value.toDouble(); // infinite for a text beyond the range, as QString reads it
     return std::isnan(number) ? 0 : number;
 }
 

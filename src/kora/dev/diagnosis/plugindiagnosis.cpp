@@ -168,18 +168,25 @@ Findings checkTarget(const QString &path, const ElfFile &elf, const PlatformTrai
     return {};
 }
 
-// Qt's keys in the section that are numbers; other keys are texts.
+// Qt's keys in the section are numbers; others are texts.
 QString nameOfKey(const QCborValue &key)
 {
-    switch (key.toInteger(-1)) {
+    if (!key.isInteger()) {
+        return key.toString();
+    }
+    switch (key.toInteger()) {
+    case 1:
+        return QStringLiteral("archreq");
     case 2:
         return iidKey;
     case 3:
         return QStringLiteral("className");
     case 4:
         return metaDataKey;
+    case 5:
+        return QStringLiteral("URI");
     default:
-        return key.toString();
+        return {};
     }
 }
 
