@@ -47,10 +47,13 @@ GOALS = [
     Goal("own event : QCoreApplication::sendEvent", "instances", "event/ours", "event/qt", 0.85),
     Goal("newWidgetInstance : bare newInstance", "instances", "widget/ours", "widget/qt", 1.0),
     Goal("1,000 on a scene : loop of newInstance", "instances", "scene/ours", "scene/qt", 0.65),
+    Goal("bench, 1,000 fields shown : QTreeWidget", "bench", "benchfields/ours", "benchfields/qt", 1.5),
+    Goal("bench, zoom, 100 widgets : plain scene", "bench", "benchzoom/ours", "benchzoom/qt", 1.3),
+    Goal("bench, drag, 100 widgets : plain scene", "bench", "benchdrag/ours", "benchdrag/qt", 1.3),
 ]
 
 # How often the bodies run while their instructions are counted.
-COUNTED_RUNS = {"metadata": 2, "documents": 2, "resources": 2}
+COUNTED_RUNS = {"metadata": 2, "documents": 2, "resources": 2, "bench": 4}
 DEFAULT_COUNTED_RUNS = 100
 
 PLUGIN_COUNTS = [10, 100, 500]

@@ -3,14 +3,12 @@
 
 #include <QtCore/QByteArray>
 
-#include <kora/export.h>
-
 namespace KORA {
 namespace INTERNAL {
 
 /// Whether the data begins with a map that QCborValue::fromCbor() reads without an error. By hand, as reading it so would
 /// add a fifth to the time that a plugin takes to load.
-KORA_EXPORT bool beginsWithCborMap(const QByteArray &data);
+bool beginsWithCborMap(const QByteArray &data);
 
 } // namespace INTERNAL
 } // namespace KORA

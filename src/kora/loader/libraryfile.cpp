@@ -47,15 +47,14 @@ QByteArray fromMagic(const QByteArray &section)
 MetaDataSection readMetaDataSection(const QByteArray &section)
 {
     const QByteArray data = fromMagic(section);
-    QCborParserError problem;
-    const QCborValue value = QCborValue::fromCbor(data.mid(headerSize), &problem);
-    const bool isComplete = problem.error == QCborError::NoError || problem.error == QCborError::GarbageAtEnd;
-    if (data.isNull() || !isComplete || !value.isMap()) {
+    const QByteArray cbor = data.mid(headerSize);
+    // Scanned first: Qt takes the memory that a text announces before it sees that the text is shorter.
+    if (!beginsWithCborMap(cbor)) {
         return {};
     }
     const auto byte = [&data](int offset) { return static_cast<unsigned char>(data.at(offset)); };
     return {true, byte(versionOffset + 1), byte(versionOffset + 2), (byte(versionOffset + 3) & 1) != 0,
-            value.toMap()};
+            QCborValue::fromCbor(cbor).toMap()};
 }
 
 LibraryFile::LibraryFile(const QString &path)

@@ -142,8 +142,8 @@ void WidgetLibraryPluginTestWidgetPrivate::placeAtCentre(const QString &widgetId
     const QSize page = document->page().size;
     // Each a little off the last, so that none hides another.
     const int step = 2 * document->page().gridStep * (document->widgets().size() % 8);
-    const QPoint centre(page.width() / 2, page.height() / 2);
-    document->place(widgetId, version, centre + QPoint(step, step));
+    const QPoint middle(page.width() / 2, page.height() / 2);
+    document->place(widgetId, version, middle + QPoint(step, step));
 }
 
 // What is shown --------------------------------------------------------------------------------------------------
