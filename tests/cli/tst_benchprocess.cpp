@@ -153,10 +153,13 @@ private Q_SLOTS:
     void withoutDisplay();
     void reloadTakesOverWhatIsOpen();
     void sessionComesBack();
+    void theCommandLineDecides();
+    void whatDoesNotFitIsTold();
     void damagedSessionIsSetAside();
     void crashedPluginComesBackStopped();
     void pluginThatEndsTheProcess();
     void newBuildThatCrashesIsNotTakenOver();
+    void newBuildOfAnotherInterfaceIsNotTakenOver();
     void buildThatCrashesOnLoadingEndsInNoLoop();
     void hangIsTold();
     void hungWindowIsEnded();
@@ -321,6 +324,61 @@ void tst_BenchProcess::sessionComesBack()
     }
 }
 
+void tst_BenchProcess::theCommandLineDecides()
+{
+    const auto kept = [this](const char *key) -> QJsonValue {
+        QFile file(session());
+        const QByteArray content = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        return QJsonDocument::fromJson(content).object().value(QLatin1String(key));
+    };
+    {
+        Bench bench(state(), {path(pluginId), QStringLiteral("--page"), QStringLiteral("1024x600"),
+                              QStringLiteral("--mode"), QStringLiteral("runtime"),
+                              QStringLiteral("--language"), QStringLiteral("xx-XX"),
+                              QStringLiteral("--theme"), QStringLiteral("dark"), QStringLiteral("--safe")});
+        const QJsonObject ready = bench.waitFor("ready");
+        QCOMPARE(ready[QLatin1String("stopped")], QJsonValue(true));
+        const QString banners = bannersOf(ready);
+        QVERIFY2(banners.contains(QStringLiteral("The library has no texts in xx-XX; it has "))
+                     && banners.contains(QStringLiteral("Safe mode: no widget is started.")),
+                 qPrintable(banners));
+        bench.interrupt();
+        QVERIFY(bench.waitForEnd());
+    }
+    QCOMPARE(kept("page")[QLatin1String("width")].toInt(), 1024);
+    QCOMPARE(kept("page")[QLatin1String("height")].toInt(), 600);
+    QCOMPARE(kept("mode").toString(), QStringLiteral("runtime"));
+    {
+        Bench bench(state(), {path(pluginId), QStringLiteral("--mode"), QStringLiteral("studio")});
+        QCOMPARE(bench.waitFor("ready")[QLatin1String("stopped")], QJsonValue(false));
+        bench.interrupt();
+        QVERIFY(bench.waitForEnd());
+    }
+    QCOMPARE(kept("page")[QLatin1String("width")].toInt(), 1024);
+    QCOMPARE(kept("mode").toString(), QStringLiteral("studio"));
+}
+
+void tst_BenchProcess::whatDoesNotFitIsTold()
+{
+    const QJsonObject values{{QStringLiteral("level"), 42.5}, {QStringLiteral("depth"), 7}};
+    {
+        Bench bench(state(), withScenario({tank("tank1", values)}));
+        const QJsonObject ready = bench.waitFor("ready");
+        QCOMPARE(ready[QLatin1String("kept")].toInt(), 1);
+        QVERIFY2(bannersOf(ready).contains(QStringLiteral(
+                     "Of scenario.json, 1 value kept, 1 dropped: tank1: depth is gone (was 7)")),
+                 qPrintable(bannersOf(ready)));
+    }
+    QVERIFY(
+        install("{\"kora\": \"scenario\", \"schema\": 1, \"widgets\": 5}", path(QStringLiteral("odd.json"))));
+    Bench bench(state(), {path(pluginId), QStringLiteral("--scenario"), path(QStringLiteral("odd.json"))});
+    const QJsonObject ready = bench.waitFor("ready");
+    QCOMPARE(ready[QLatin1String("loaded")], QJsonValue(true));
+    QVERIFY2(
+        bannersOf(ready).contains(path(QStringLiteral("odd.json")) + QStringLiteral(" cannot be read: ")),
+        qPrintable(bannersOf(ready)));
+}
+
 void tst_BenchProcess::damagedSessionIsSetAside()
 {
     QVERIFY(install("{\"kora\": \"scen", session()));
@@ -378,6 +436,20 @@ void tst_BenchProcess::newBuildThatCrashesIsNotTakenOver()
              QStringLiteral("Crashed in load of %1 (SIGSEGV).").arg(pluginId));
     QVERIFY(!isGone(first));
     // The window goes on, and so does its session.
+    QVERIFY(install(builtLibrary("later"), library()));
+    QCOMPARE(bench.waitFor("ready")[QLatin1String("kept")].toInt(), 1);
+}
+
+void tst_BenchProcess::newBuildOfAnotherInterfaceIsNotTakenOver()
+{
+    Bench bench(state(), withScenario({tank("tank1", {{QStringLiteral("level"), 42.5}})}));
+    const QJsonObject first = bench.waitFor("ready");
+    QVERIFY(
+        install(builtLibrary("later").replace("org.Vako.KORA.WidgetLibrary", "org.Vako.KORA.WidgetLibrarx"),
+                library()));
+    const QString reason = bench.waitFor("reloadRefused")[QLatin1String("reason")].toString();
+    QVERIFY2(reason.startsWith(QStringLiteral("the plugin's interface (IID) is ")), qPrintable(reason));
+    QVERIFY(!isGone(first));
     QVERIFY(install(builtLibrary("later"), library()));
     QCOMPARE(bench.waitFor("ready")[QLatin1String("kept")].toInt(), 1);
 }
