@@ -317,6 +317,25 @@ void tst_Cli::describeTellsOfEachType()
           "words string \"a\" - - Words - multi-language"}) {
         QVERIFY2(out.contains(QLatin1String(expected)), qPrintable(QLatin1String(expected) + result.out));
     }
+    const Result asJson =
+        kora({QStringLiteral("describe"), folder, QStringLiteral("--format"), QStringLiteral("json")});
+    const QJsonArray fields =
+        QJsonDocument::fromJson(asJson.out.toUtf8())[QLatin1String("widgets")][0][QLatin1String("fields")]
+            .toArray();
+    const auto defaultOf = [&fields](const char *id) {
+        const QJsonObject field = elementWith(fields, "id", QLatin1String(id));
+        return field.value(QLatin1String("defaultValue"));
+    };
+    QCOMPARE(defaultOf("count"), QJsonValue(1));
+    QCOMPARE(defaultOf("ratio"), QJsonValue(1.0));
+    QCOMPARE(defaultOf("on"), QJsonValue(true));
+    QCOMPARE(defaultOf("kind"), QJsonValue(2));
+    QCOMPARE(defaultOf("ink"), QJsonValue(QStringLiteral("#ff0000")));
+    QCOMPARE(defaultOf("list"), QJsonValue(QJsonArray{QStringLiteral("a"), QStringLiteral("b")}));
+    QCOMPARE(defaultOf("map").toArray().size(), 2);
+    QCOMPARE(defaultOf("font")[QLatin1String("family")].toString(), QStringLiteral("Roboto"));
+    QCOMPARE(defaultOf("picture"), QJsonValue(QStringLiteral("a.png")));
+    QVERIFY(defaultOf("curve").isNull());
     const Result checked = kora({QStringLiteral("check"), folder});
     QVERIFY2(checked.exitCode == 0 && checked.out.contains(QLatin1String("\nNext: kora render ")),
              qPrintable(checked.out + checked.err));

@@ -59,6 +59,7 @@ private slots:
     void unfitValuesAreDroppedAndNamed();
     void brokenInstancesKeepTheirStateAndSayWhy();
     void valuesKeepEveryDigit();
+    void valuesOfAWrongKindAreRefused();
     void activityCollapsesRepeatsAndForgetsTheOldest();
     void runningCallsAreReadableFromOutside();
 
@@ -310,6 +311,31 @@ void TestBenchDocument::scenarioFaultsAreAllNamed()
     QCOMPARE(problems.at(4), QStringLiteral("/widgets/0/width: a number from 1 to 1e+06 is expected"));
     QCOMPARE(problems.at(6), QStringLiteral("/widgets/1/name: the name \"a\" is taken by another widget"));
 
+    // Each key of a wrong kind, and nothing beside it.
+    const struct
+    {
+        const char *json;
+        const char *problem;
+    } faults[] = {
+        {R"({"kora": "bench"})", "/kora: \"scenario\" is expected"},
+        {R"({"widgets": {}})", "/widgets: an array is expected"},
+        {R"({"widgets": [1]})", "/widgets/0: an object is expected"},
+        {R"({"widgets": [{"name": "a", "visible": 1}]})", "/widgets/0/visible: true or false is expected"},
+        {R"({"widgets": [{"name": ""}]})", "/widgets/0/name: a text is expected"},
+        {R"({"widgets": [{"values": []}]})", "/widgets/0/values: an object is expected"},
+        {R"({"widgets": [{"bindings": {"level": 5}}]})",
+         "/widgets/0/bindings/level: the name of a tag or trend is expected"},
+        {R"({"page": {"background": "#12"}})",
+         "/page/background: a colour such as \"#ffffffff\" or \"checkerboard\" is expected"},
+        {R"({"page": {"gridStep": 0}})", "/page/gridStep: a number from 1 to 256 is expected"},
+    };
+    for (const auto &fault : faults) {
+        problems.clear();
+        QVERIFY(!Scenario::fromJson(QJsonDocument::fromJson(fault.json).object(), scenario, problems));
+        QVERIFY2(problems.contains(QLatin1String(fault.problem)),
+                 qPrintable(problems.join(QLatin1Char('\n'))));
+    }
+
     QTemporaryDir dir;
     QFile file(dir.filePath(QStringLiteral("broken.json")));
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -419,6 +445,44 @@ void TestBenchDocument::valuesKeepEveryDigit()
         if (row.type != FieldTypeStringMap) {
             QCOMPARE(read, row.value);
         }
+    }
+}
+
+void TestBenchDocument::valuesOfAWrongKindAreRefused()
+{
+    const struct
+    {
+        FieldType type;
+        const char *json;
+    } rows[] = {
+        {FieldTypeInteger, "1.5"},
+        {FieldTypeInteger, "2147483648"},
+        {FieldTypeInteger, "\"1\""},
+        {FieldTypeOption, "true"},
+        {FieldTypeDouble, "\"1.5\""}, // as a text only what JSON has no number for
+        {FieldTypeDouble, "false"},
+        {FieldTypeBool, "0"},
+        {FieldTypeColor, "\"#12\""},
+        {FieldTypeString, "5"},
+        {FieldTypeStringList, "\"a\""},
+        {FieldTypeStringList, "[\"a\", 1]"},
+        {FieldTypeStringMap, "[]"},
+        {FieldTypeStringMap, R"({"x": "a"})"},
+        {FieldTypeStringMap, R"({"1": 1})"},
+        {FieldTypeFont, "\"Roboto\""},
+        {FieldTypeFont, R"({"family": "R", "size": 0, "bold": true, "style": 0, "underline": true})"},
+        {FieldTypeFont, R"({"family": "R", "size": 9, "bold": true, "style": 3, "underline": true})"},
+        {FieldTypeFont, R"({"family": "R", "size": 9, "bold": 1, "style": 0, "underline": true})"},
+        {FieldTypeFont, R"({"family": "R", "size": 9, "bold": true, "style": 0})"},
+    };
+    for (const auto &row : rows) {
+        const QJsonValue json = QJsonDocument::fromJson('[' + QByteArray(row.json) + ']').array().first();
+        QVERIFY2(!json.isUndefined(), row.json);
+        QVariant value = QStringLiteral("untouched");
+        QString problem;
+        QVERIFY2(!fieldValueFromJson(row.type, json, value, problem), row.json);
+        QVERIFY2(problem.endsWith(QStringLiteral(" is expected")), qPrintable(problem));
+        QCOMPARE(value, QVariant(QStringLiteral("untouched")));
     }
 }
 

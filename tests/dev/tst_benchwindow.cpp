@@ -10,9 +10,11 @@
 #include <QtGui/QDropEvent>
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QAction>
+#include <QtWidgets/QColorDialog>
 #include <QtWidgets/QDockWidget>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMenu>
 #include <QtWidgets/QSpinBox>
 #include <QtWidgets/QToolButton>
 #include <QtWidgets/QTreeWidget>
@@ -157,6 +159,9 @@ private Q_SLOTS:
     void actionsEditTheSelection();
     void actionsAndToolsChangeThePage();
     void filesAreChosenInDialogs();
+    void menusActOnWhatIsBelow();
+    void whatCannotBeDoneIsTold();
+    void findingsAreToldOnce();
 
 private:
     QTemporaryDir m_dir;
@@ -484,6 +489,11 @@ void TestBenchWindow::scenariosAndWindowStateComeBack()
     Bench stopped(WidgetLibraryPluginTestWidget::Start::Stopped);
     QVERIFY(stopped.openScenario(path));
     QVERIFY(!stopped.document()->widgets().first()->widget());
+    QSignalSpy startedAgain(&stopped, &WidgetLibraryPluginTestWidget::startAgainRequested);
+    Q_EMIT stopped.canvas()->activated(stopped.document()->widgets().first());
+    QCOMPARE(startedAgain.size(), 1);
+    QVERIFY(stopped.document()->widgets().first()->isRunning());
+    QVERIFY(!stopped.document()->widgets().last()->widget());
 }
 
 void TestBenchWindow::aFolderThatCannotBeLoadedIsExplained()
@@ -589,6 +599,12 @@ void TestBenchWindow::actionsAndToolsChangeThePage()
     QCOMPARE(document->language(), QStringLiteral("it-IT"));
     Q_EMIT tools->backgroundChosen(Qt::darkGreen);
     QCOMPARE(document->page().background, QColor(Qt::darkGreen));
+    Q_EMIT tools->customBackgroundRequested();
+    auto *colors = bench.get<QColorDialog>("backgroundDialog");
+    QVERIFY(colors && colors->currentColor() == QColor(Qt::darkGreen));
+    colors->setCurrentColor(Qt::yellow);
+    colors->accept();
+    QCOMPARE(document->page().background, QColor(Qt::yellow));
 
     // A size of one's own, taken and then given up.
     for (const bool isTaken : {true, false}) {
@@ -663,6 +679,89 @@ void TestBenchWindow::filesAreChosenInDialogs()
     QVERIFY(answer("openPlugin", m_dir.path()));
     QCOMPARE(others.value(0).value(0).toString(), m_dir.path());
     QCOMPARE(bench.banners(), QStringList());
+}
+
+void TestBenchWindow::menusActOnWhatIsBelow()
+{
+    const Bench bench;
+    PlacedWidget *first = bench.document()->widgets().first();
+    bench.document()->setSelection({});
+    const auto choose = [&bench](PlacedWidget *widget, const char *name) {
+        bool isThere = false;
+        QTimer::singleShot(0, &bench, [&] {
+            auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+            auto *action = bench.get<QAction>(name);
+            isThere = menu && menu->actions().contains(action);
+            if (isThere) {
+                action->trigger();
+            }
+            if (menu) {
+                menu->close();
+            }
+        });
+        Q_EMIT bench.canvas()->contextMenuRequested(widget, bench.mapToGlobal(QPoint(300, 300)));
+        return isThere;
+    };
+    QVERIFY(choose(first, "duplicate"));
+    QCOMPARE(bench.document()->widgets().size(), 2);
+    QVERIFY(!choose(nullptr, "duplicate"));
+    QVERIFY(choose(nullptr, "selectAll"));
+    QCOMPARE(bench.document()->selection().size(), 2);
+    QVERIFY(choose(first, "remove")); // of the selection that it belongs to
+    QVERIFY(bench.document()->widgets().isEmpty());
+}
+
+void TestBenchWindow::whatCannotBeDoneIsTold()
+{
+    WidgetLibraryPluginTestWidget empty;
+    QVERIFY(!empty.openScenario(m_dir.filePath(QStringLiteral("none.json"))));
+    QCOMPARE(empty.banners(),
+             QStringList{QStringLiteral("Open a plugin folder first: a scenario places its widgets")});
+
+    Bench bench;
+    QCOMPARE(QFileInfo(bench.pluginFolder()), QFileInfo(plantFolder()));
+    bench.setScenarioPath(m_dir.filePath(QStringLiteral("none/scenario.json")));
+    bench.trigger("saveScenario");
+    QVERIFY2(bench.banners().value(0).startsWith(m_dir.filePath(QStringLiteral("none/scenario.json"))
+                                                 + QStringLiteral(" cannot be saved: ")),
+             qPrintable(bench.banners().value(0)));
+    // Values that the library does not have are dropped by name.
+    const QString path = m_dir.filePath(QStringLiteral("old.json"));
+    bench.setScenarioPath(path);
+    bench.trigger("saveScenario");
+    QCOMPARE(bench.banners(), QStringList());
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QByteArray content = file.readAll();
+    QVERIFY(content.contains("\"values\": {"));
+    content.replace("\"values\": {", "\"values\": {\"colourOfOld\": 1, ");
+    QVERIFY(file.seek(0) && file.write(content) == content.size() && file.flush());
+    QVERIFY(bench.openScenario(path));
+    QVERIFY2(bench.banners().value(0).startsWith(QStringLiteral("Opened, but not all fits the library: "))
+                 && bench.banners().value(0).contains(QStringLiteral("colourOfOld")),
+             qPrintable(bench.banners().value(0)));
+}
+
+// Of what is found twice, the finding with the line stays.
+void TestBenchWindow::findingsAreToldOnce()
+{
+    Bench bench;
+    const auto finding = [](Finding::Severity severity, const char *rule, int line) {
+        Finding finding;
+        finding.severity = severity;
+        finding.rule = QLatin1String(rule);
+        finding.message = QStringLiteral("about %1").arg(finding.rule);
+        finding.line = line;
+        return finding;
+    };
+    bench.setFindings({finding(Finding::Warning, "first", 0)});
+    bench.addFindings({finding(Finding::Warning, "first", 12), finding(Finding::Note, "second", 3),
+                       finding(Finding::Error, "third", 4)});
+    const Findings all = bench.findChild<ProblemsPane *>()->findings();
+    QCOMPARE(all.size(), 3);
+    QCOMPARE(all.at(0).rule, QStringLiteral("third")); // the worst first
+    QCOMPARE(all.at(1).rule, QStringLiteral("first"));
+    QCOMPARE(all.at(1).line, 12);
 }
 
 KORA_TEST_MAIN(TestBenchWindow)

@@ -132,6 +132,7 @@ private slots:
     void zoomKeepsThePointUnderTheCursor();
     void pageIsDrawnAsItIs();
     void touchIsSeen();
+    void dragsAreSeen();
     void spaceAndDragMoveThePage();
     void menusAreOfWhatIsThere();
     void cardsSayWhyThereIsNoInstance();
@@ -782,6 +783,42 @@ void TestCanvas::touchIsSeen()
     QEvent leave(QEvent::Leave);
     QApplication::sendEvent(viewport(), &leave);
     QVERIFY(!isMarked(finger) && !isMarked(finger - QPoint(60, 0)));
+}
+
+// The rectangle that selects, the size of what is sized, and the lines that it snaps to.
+void TestCanvas::dragsAreSeen()
+{
+    PageState page = m_document->page();
+    page.background = Qt::white;
+    page.gridIsShown = false;
+    m_document->setPage(page);
+    const auto colorAt = [this](const QPointF &point) {
+        return viewport()->grab(QRect(at(point), QSize(1, 1))).toImage().pixelColor(0, 0);
+    };
+    press(at({500, 200}));
+    moveTo(at({550, 250}));
+    moveTo(at({600, 300}));
+    QVERIFY(colorAt({550, 250}) != QColor(Qt::white));
+    QCOMPARE(colorAt({620, 250}), QColor(Qt::white));
+    QTest::keyClick(m_view.get(), Qt::Key_Escape);
+    QCOMPARE(colorAt({550, 250}), QColor(Qt::white));
+    release(at({600, 300}));
+
+    place(gauge, version, {400, 60, 100, 100});
+    PlacedWidget *moved = place(gauge, version, {100, 300, 100, 100});
+    m_document->setSelection({moved});
+    const auto differs = [this](const QImage &before) { return viewport()->grab().toImage() != before; };
+    press(at({150, 350}));
+    moveTo(at({300, 350}), Qt::ControlModifier); // snaps to nothing
+    moveTo(at({449, 350}), Qt::ControlModifier);
+    const QColor free = colorAt({400, 230});
+    moveTo(at({449, 350}));
+    QCOMPARE(moved->geometry().left(), 400.0);
+    QVERIFY(colorAt({400, 230}) != free || colorAt({450, 230}) != QColor(Qt::white));
+    const QImage during = viewport()->grab().toImage();
+    release(at({449, 350}));
+    QVERIFY(differs(during));
+    QCOMPARE(colorAt({400, 230}), QColor(Qt::white));
 }
 
 void TestCanvas::spaceAndDragMoveThePage()

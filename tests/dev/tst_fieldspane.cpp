@@ -640,6 +640,19 @@ void TestFieldsPane::geometryIsEdited()
     bench.document.undoStack()->undo();
     QCOMPARE(bench.widget->geometry(), before);
     QCOMPARE(width->text(), QStringLiteral("120"));
+
+    // Escape takes back what was typed; the wheel turns the pane, not a number without the focus.
+    width->selectAll();
+    QTest::keyClicks(width, QStringLiteral("77"));
+    QCOMPARE(bench.widget->geometry().width(), 77.0);
+    QTest::keyClick(width, Qt::Key_Escape);
+    QCOMPARE(bench.widget->geometry(), before);
+    QCOMPARE(bench.document.undoStack()->index(), index);
+    auto *x = bench.pane.findChild<NumberBox *>(QStringLiteral("fieldsX"));
+    QWheelEvent wheel(QPointF(5, 5), x->mapToGlobal(QPoint(5, 5)), {}, {0, 120}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(x, &wheel);
+    QCOMPARE(bench.widget->geometry(), before);
     bench.document.setLocked(bench.widget, true);
     QVERIFY(!width->isEnabled());
 }

@@ -9,11 +9,13 @@
 
 #include <QtTest/QtTest>
 #include <QtWidgets/QAbstractSpinBox>
+#include <QtWidgets/QColorDialog>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QSpinBox>
 #include <QtWidgets/QTableView>
 #include <QtWidgets/QToolButton>
 
@@ -67,6 +69,8 @@ class TestProviderPanes : public QObject
 private Q_SLOTS:
     void panesAreUsedByMouseAndKeys();
     void alarmPaneActsAndEdits();
+    void theColourOfAStateIsSeen();
+    void numbersAndFilesAreEnteredInCells();
     void trendIsDrawnWithItsGaps();
     void replayFilesAreNamedFromTheScenario();
     void everyControlHasAName();
@@ -200,6 +204,73 @@ void TestProviderPanes::alarmPaneActsAndEdits()
     pane.setCurrentName(QStringLiteral("pumpFault"));
     line->setFocus();
     QTest::keyClicks(line, QStringLiteral("half"));
+}
+
+void TestProviderPanes::theColourOfAStateIsSeen()
+{
+    Plant plant;
+    plant.addDefaults();
+    Window window;
+    AlarmsPane pane(&plant);
+    QVERIFY(window.shows(pane, QSize(900, 600)));
+    click(pane, "alarmsDetails");
+    const auto color = [&plant, &pane] {
+        return plant.alarms()
+            ->definition(pane.currentName())
+            .backgroundColors.value(AlarmInfo::StateTriggeredNotAcknowledged);
+    };
+    auto *swatch = control<QWidget>(pane, "alarmFormBackground3");
+    const auto shown = [swatch] {
+        return swatch->grab().toImage().pixelColor(swatch->width() / 2, swatch->height() / 2);
+    };
+    const QColor before = color();
+    QVERIFY(before.isValid());
+    QCOMPARE(shown(), before);
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support propagateSizeHints()");
+    QTest::keyClick(swatch, Qt::Key_Return);
+    auto *dialog = swatch->findChild<QColorDialog *>(QStringLiteral("colorDialog"));
+    QVERIFY(dialog);
+    QCOMPARE(dialog->currentColor(), before);
+    QTest::keyClick(swatch, Qt::Key_Return); // no second one
+    QCOMPARE(swatch->findChildren<QColorDialog *>().size(), 1);
+    // What is being chosen is seen at once, and gone if it is not taken.
+    dialog->setCurrentColor(Qt::darkCyan);
+    QCOMPARE(shown(), QColor(Qt::darkCyan));
+    QCOMPARE(color(), before);
+    dialog->reject();
+    QCOMPARE(shown(), before);
+    QTest::keyClick(swatch, Qt::Key_Delete);
+    QVERIFY(!color().isValid());
+    QCOMPARE(shown(), swatch->palette().color(QPalette::Mid)); // crossed out
+}
+
+void TestProviderPanes::numbersAndFilesAreEnteredInCells()
+{
+    Plant plant;
+    plant.addDefaults();
+    Window window;
+    TrendsPane pane(&plant);
+    QVERIFY(window.shows(pane, QSize(900, 300)));
+    const QString name = plant.trends()->nameOf(0);
+    auto *spin = editCell<QSpinBox>(pane, 0, TrendTable::IntervalColumn);
+    QVERIFY(spin);
+    QCOMPARE(spin->value(), plant.trends()->definition(name).interval);
+    QCOMPARE(spin->minimum(), int(TrendDefinition::MinimumInterval));
+    spin->selectAll();
+    QTest::keyClicks(spin, QStringLiteral("250"));
+    QTest::keyClick(spin, Qt::Key_Return);
+    QTRY_COMPARE(plant.trends()->definition(name).interval, 250);
+
+    TrendDefinition trend = plant.trends()->definition(name);
+    trend.source = TrendDefinition::FromGenerator;
+    trend.generator.kind = Generator::CsvReplay;
+    QVERIFY(plant.trends()->edit(name, trend));
+    auto *line = editCell<QLineEdit>(pane, 0, TrendTable::GeneratorColumn + 5);
+    QVERIFY(line);
+    QTest::keyClicks(line, QStringLiteral("none.csv"));
+    QTest::keyClick(line, Qt::Key_Return);
+    QTRY_COMPARE(plant.trends()->definition(name).generator.csvFile, QStringLiteral("none.csv"));
+    QVERIFY(plant.trends()->rowProblem(0).contains(QStringLiteral("none.csv")));
 }
 
 void TestProviderPanes::trendIsDrawnWithItsGaps()

@@ -228,6 +228,11 @@ void TestProviders::writtenValuesConvert_data()
         std::numeric_limits<quint64>::max());
     row("uint64 beyond", TagTypeUInt64, 18446744073709551616.0, refused);
     row("int64 keeps every digit", TagTypeInt64, text("-9223372036854775807"), -9223372036854775807LL);
+    row("int64 of an unsigned one", TagTypeInt64, 4294967295U, 4294967295LL);
+    row("int of a float", TagTypeInt, 2.5F, 3);
+    row("uint64 of a real one beyond 63 bits", TagTypeUInt64, 9223372036854775808.0, 9223372036854775808ULL);
+    row("double of an unsigned one beyond 63 bits", TagTypeDouble, 9223372036854775808ULL,
+        9223372036854775808.0);
     row("int64 beyond", TagTypeInt64, std::numeric_limits<quint64>::max(), refused);
     row("float rounds to a float", TagTypeFloat, 0.1, 0.1F);
     row("float beyond", TagTypeFloat, 1e39, refused);

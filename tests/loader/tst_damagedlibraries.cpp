@@ -432,6 +432,15 @@ void TestDamagedLibraries::wrongMetaDataSections()
     row("metadata of its header alone", [](LibraryImage &image) { image.replaceCbor({}); });
     row("metadata that ends in its first text",
         [](LibraryImage &image) { image.replaceCbor(hex("a102781b6f7267")); });
+    row("metadata with a text whose parts do not end",
+        [](LibraryImage &image) { image.replaceCbor(hex("a1027f61616162")); });
+    row("metadata with a text in parts that are none",
+        [](LibraryImage &image) { image.replaceCbor(hex("a1027f61614162ff")); });
+    row("metadata with a tag of nothing", [](LibraryImage &image) { image.replaceCbor(hex("a102c1")); });
+    row("metadata with a number that is cut off",
+        [](LibraryImage &image) { image.replaceCbor(hex("a1021b0102")); });
+    row("metadata with a short value in the long form",
+        [](LibraryImage &image) { image.replaceCbor(hex("a102f801")); });
     row("metadata that is no map", [](LibraryImage &image) { image.replaceCbor(hex("83010203")); });
     row("metadata of a reserved kind", [](LibraryImage &image) { image.replaceCbor(hex("ff")); });
     row("metadata with a text that is no text", [](LibraryImage &image) {
