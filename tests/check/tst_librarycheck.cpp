@@ -112,6 +112,7 @@ private Q_SLOTS:
     void loadFailuresNameTheCause();
     void codeOfThePluginIsNotRun();
     void librariesOfOtherProcessorsAreChecked();
+    void checkTellsWhatComesNext();
     void exitStatusDoesNotDependOnTheFormat_data();
     void exitStatusDoesNotDependOnTheFormat();
     void formatsForPrograms();
@@ -278,6 +279,11 @@ void tst_LibraryCheck::findingsTellTheCause_data()
             return diagnosePluginFolder(folders.put(id, goodLibrary()));
         }),
         "folder-missing", "this is a file");
+    row("a library under another name", Diagnose([](const PluginFolders &folders) {
+            QFile::rename(folders.put(id, goodLibrary()), folders.libraryPath(id) + QStringLiteral(".1"));
+            return diagnosePluginFolder(folders.folder(id));
+        }),
+        "library-missing", "; its place holds lib0a5e9c10-0000-4000-8000-000000000001.so.1");
     row("a library of another platform", Diagnose([](const PluginFolders &folders) {
             const QString path = libraryPathInFolder(folders.folder(id), QStringLiteral("linux/arm32"));
             QDir().mkpath(QFileInfo(path).path());
@@ -379,6 +385,27 @@ void tst_LibraryCheck::librariesOfOtherProcessorsAreChecked()
     QCOMPARE(problems.size(), 1); // its metadata is checked too
     QCOMPARE(problems.at(0)[QLatin1String("rule")].toString(), QStringLiteral("no-default-size"));
     QCOMPARE(problems.at(0)[QLatin1String("file")].toString(), path);
+}
+
+// After metadata that is fine; and with what cannot be checked.
+void tst_LibraryCheck::checkTellsWhatComesNext()
+{
+    const PluginFolders folders;
+    folders.put(id, goodLibrary());
+    const QString dir = QFileInfo(folders.folder(id)).path();
+    const auto check = [](const QString &path, const QStringList &more = {}) {
+        return kora(QStringList{QStringLiteral("check"), path} + more);
+    };
+    Result result = check(QStringLiteral(KORA_TEST_DATA_DIR "/boiler.json"));
+    QVERIFY2(result.exitCode == 0 && result.out.contains("\nNext: cmake --build "), result.out + result.err);
+
+    QVERIFY(QDir().mkpath(dir + QStringLiteral("/other/empty")));
+    result = check(dir + QStringLiteral("/other"));
+    QVERIFY2(result.exitCode == 1 && result.out.contains("this is no plugin folder and holds none"),
+             result.out + result.err);
+    result = check(folders.folder(id), {QStringLiteral("--source"), QStringLiteral("/nowhere/tank.json")});
+    QVERIFY2(result.exitCode != 0 && result.out.contains("the source file cannot be read"),
+             result.out + result.err);
 }
 
 void tst_LibraryCheck::exitStatusDoesNotDependOnTheFormat_data()

@@ -153,12 +153,17 @@ private Q_SLOTS:
     void withoutDisplay();
     void reloadTakesOverWhatIsOpen();
     void sessionComesBack();
+    void theCommandLineDecides();
+    void whatDoesNotFitIsTold();
     void damagedSessionIsSetAside();
     void crashedPluginComesBackStopped();
     void pluginThatEndsTheProcess();
     void newBuildThatCrashesIsNotTakenOver();
+    void newBuildOfAnotherInterfaceIsNotTakenOver();
     void buildThatCrashesOnLoadingEndsInNoLoop();
     void hangIsTold();
+    void hungWindowIsEnded();
+    void aSessionThatCannotBeKeptIsTold();
 
 private:
     QString path(const QString &name) const { return m_dir->filePath(name); }
@@ -319,6 +324,51 @@ void tst_BenchProcess::sessionComesBack()
     }
 }
 
+void tst_BenchProcess::theCommandLineDecides()
+{
+    const auto kept = [this](const char *key) -> QJsonValue {
+        QFile file(session());
+        const QByteArray content = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        return QJsonDocument::fromJson(content).object().value(QLatin1String(key));
+    };
+    {
+        Bench bench(state(), {path(pluginId), QStringLiteral("--page"), QStringLiteral("1024x600"),
+                              QStringLiteral("--mode"), QStringLiteral("runtime"),
+                              QStringLiteral("--language"), QStringLiteral("xx-XX"),
+                              QStringLiteral("--theme"), QStringLiteral("dark"), QStringLiteral("--safe")});
+        const QJsonObject ready = bench.waitFor("ready");
+        QCOMPARE(ready[QLatin1String("stopped")], QJsonValue(true));
+        const QString banners = bannersOf(ready);
+        QVERIFY2(banners.contains(QStringLiteral("The library has no texts in xx-XX; it has "))
+                     && banners.contains(QStringLiteral("Safe mode: no widget is started.")),
+                 qPrintable(banners));
+        bench.interrupt();
+        QVERIFY(bench.waitForEnd());
+    }
+    QCOMPARE(kept("page")[QLatin1String("width")].toInt(), 1024);
+    QCOMPARE(kept("page")[QLatin1String("height")].toInt(), 600);
+    QCOMPARE(kept("mode").toString(), QStringLiteral("runtime"));
+    {
+        Bench bench(state(), {path(pluginId), QStringLiteral("--mode"), QStringLiteral("studio")});
+        QCOMPARE(bench.waitFor("ready")[QLatin1String("stopped")], QJsonValue(false));
+        bench.interrupt();
+        QVERIFY(bench.waitForEnd());
+    }
+    QCOMPARE(kept("page")[QLatin1String("width")].toInt(), 1024);
+    QCOMPARE(kept("mode").toString(), QStringLiteral("studio"));
+}
+
+void tst_BenchProcess::whatDoesNotFitIsTold()
+{
+    const QJsonObject values{{QStringLiteral("level"), 42.5}, {QStringLiteral("depth"), 7}};
+    Bench bench(state(), withScenario({tank("tank1", values)}));
+    const QJsonObject ready = bench.waitFor("ready");
+    QCOMPARE(ready[QLatin1String("kept")].toInt(), 1);
+    QVERIFY2(bannersOf(ready).contains(
+                 QStringLiteral("Of scenario.json, 1 value kept, 1 dropped: tank1: depth is gone (was 7)")),
+             qPrintable(bannersOf(ready)));
+}
+
 void tst_BenchProcess::damagedSessionIsSetAside()
 {
     QVERIFY(install("{\"kora\": \"scen", session()));
@@ -380,6 +430,20 @@ void tst_BenchProcess::newBuildThatCrashesIsNotTakenOver()
     QCOMPARE(bench.waitFor("ready")[QLatin1String("kept")].toInt(), 1);
 }
 
+void tst_BenchProcess::newBuildOfAnotherInterfaceIsNotTakenOver()
+{
+    Bench bench(state(), withScenario({tank("tank1", {{QStringLiteral("level"), 42.5}})}));
+    const QJsonObject first = bench.waitFor("ready");
+    QVERIFY(
+        install(builtLibrary("later").replace("org.Vako.KORA.WidgetLibrary", "org.Vako.KORA.WidgetLibrarx"),
+                library()));
+    const QString reason = bench.waitFor("reloadRefused")[QLatin1String("reason")].toString();
+    QVERIFY2(reason.startsWith(QStringLiteral("the plugin's interface (IID) is ")), qPrintable(reason));
+    QVERIFY(!isGone(first));
+    QVERIFY(install(builtLibrary("later"), library()));
+    QCOMPARE(bench.waitFor("ready")[QLatin1String("kept")].toInt(), 1);
+}
+
 void tst_BenchProcess::buildThatCrashesOnLoadingEndsInNoLoop()
 {
     QVERIFY(install(builtLibrary("crashing"), library()));
@@ -399,6 +463,40 @@ void tst_BenchProcess::hangIsTold()
     QVERIFY(!bench.waitFor("ready").isEmpty());
     const QString errors = bench.errors();
     QCOMPARE(errors.count(QStringLiteral("gdb -p ")), 1);
+}
+
+// It has three seconds to end; who asks again will not wait so long.
+void tst_BenchProcess::hungWindowIsEnded()
+{
+    Bench bench(state(), withScenario({tank("tank1", fault("hang"))}));
+    QCOMPARE(bench.waitFor("hangs")[QLatin1String("call")].toString(), QStringLiteral("initEvent of tank1"));
+    bench.interrupt();
+    QTest::qWait(600);
+    bench.interrupt();
+    const QJsonObject crash = bench.waitFor("crashedAtEnd");
+    QCOMPARE(crash[QLatin1String("cause")].toString(), QStringLiteral("SIGKILL"));
+    QCOMPARE(crash[QLatin1String("calls")].toArray().last().toString(), QStringLiteral("initEvent of tank1"));
+    QVERIFY(!bench.waitFor("ended").isEmpty());
+    QVERIFY(bench.waitForEnd());
+    const QString errors = bench.errors();
+    QVERIFY2(errors.contains(QStringLiteral("the window hung in initEvent of tank1 and was killed")),
+             qPrintable(errors));
+}
+
+void tst_BenchProcess::aSessionThatCannotBeKeptIsTold()
+{
+    QVERIFY(install("in the way", state() + QStringLiteral("/kora")));
+    Bench bench(state(), {path(pluginId)});
+    QVERIFY(!bench.waitFor("ready").isEmpty());
+    const QString errors = bench.errors();
+    QVERIFY2(errors.contains(QStringLiteral("cannot be made: what is open is lost at the end")),
+             qPrintable(errors));
+    // Reloads work without it, one after the other.
+    bench.send({{QStringLiteral("do"), QStringLiteral("reload")}});
+    bench.send({{QStringLiteral("do"), QStringLiteral("reload")}});
+    for (int i = 0; i < 2; ++i) {
+        QCOMPARE(bench.waitFor("ready")[QLatin1String("reload")], QJsonValue(true));
+    }
 }
 
 KORA_TEST_MAIN(tst_BenchProcess)

@@ -77,6 +77,7 @@ private Q_SLOTS:
     void unreadableInput();
     void unwritableOutputIsNoSuccess();
     void describeAsText();
+    void describeTellsOfEachType();
     void describeAsJson();
     void describeRunsNoPluginCode();
     void describeReadsLibrariesOfOtherPlatforms();
@@ -91,6 +92,7 @@ private Q_SLOTS:
     void renderRefusesWhatDoesNotFit();
     void renderTellsWhatItCannotDo();
     void resourcesTellsWhatBecameOfEachFolder();
+    void resourcesNeedPlugins();
     void resourcesRefusesDirectoriesThatAreNotItsOwn_data();
     void resourcesRefusesDirectoriesThatAreNotItsOwn();
 
@@ -149,6 +151,14 @@ void tst_Cli::wrongUsage_data()
     QTest::newRow("unknown format") << QStringList{QStringLiteral("describe"), builtFolder(lampsId),
                                                    QStringLiteral("--format"), QStringLiteral("xml")}
                                     << QStringLiteral("xml");
+    QTest::newRow("no language code")
+        << QStringList{QStringLiteral("resources"), path(QStringLiteral(".")), path(QStringLiteral("out")),
+                       QStringLiteral("--language"), QStringLiteral("italian")}
+        << QStringLiteral("--language italian: a language code looks like en-US");
+    QTest::newRow("no output directory")
+        << QStringList{QStringLiteral("resources"), path(QStringLiteral(".")), QString(),
+                       QStringLiteral("--language"), QStringLiteral("en-US")}
+        << QStringLiteral("the output directory has no name");
     QTest::newRow("nowhere to write")
         << QStringList{QStringLiteral("render"), builtFolder(lampsId)} << QStringLiteral("--out");
 }
@@ -288,6 +298,28 @@ void tst_Cli::describeAsText()
                 .contains(QStringLiteral("numeric, bool (on demand)")));
     QVERIFY(lineWith(result.out, QStringLiteral(" shape ")).contains(QStringLiteral("1=bar 1=bar, 2=full")));
     QVERIFY(lineWith(result.out, QStringLiteral(" serial ")).endsWith(QStringLiteral("read-only, private")));
+}
+
+void tst_Cli::describeTellsOfEachType()
+{
+    const QString folder = builtFolder(QStringLiteral("0a5e9c10-0000-4000-8000-000000000a11"));
+    const Result result = kora({QStringLiteral("describe"), folder});
+    QCOMPARE(result.exitCode, 0);
+    const QString out = result.out.simplified();
+    for (const char *expected :
+         {"default size 200x100.5", "alarms receives alarm events",
+          "count integer 1 0 .. 9 numeric, bool (on demand) Count Numbers read-only",
+          "curve trend - - - Curve", "font font Roboto 9 - - Font", "ink color #ff0000 - - Ink",
+          "kind option 2=b 1=a, 2=b - Kind - shown if on==true", "list stringList \"a\", \"b\" - - List",
+          "map stringMap 1=\"a\", 2=\"b\" - - Map", "on bool true - - On - shown if count>0",
+          "picture image \"a.png\" - - Picture", "ratio double 1 0.5 .. 2 - Ratio",
+          "text string \"a\" - - Text - Roboto 12 bold italic underline", "value tag - - any Value",
+          "words string \"a\" - - Words - multi-language"}) {
+        QVERIFY2(out.contains(QLatin1String(expected)), qPrintable(QLatin1String(expected) + result.out));
+    }
+    const Result checked = kora({QStringLiteral("check"), folder});
+    QVERIFY2(checked.exitCode == 0 && checked.out.contains(QLatin1String("\nNext: kora render ")),
+             qPrintable(checked.out + checked.err));
 }
 
 void tst_Cli::describeAsJson()
@@ -583,6 +615,20 @@ void tst_Cli::resourcesTellsWhatBecameOfEachFolder()
     QCOMPARE(result.exitCode, 1);
     QVERIFY(result.err.startsWith(QStringLiteral("kora: not every plugin was loaded\n")));
     QCOMPARE(lineWith(result.out, lampsId).section(QLatin1Char(' '), 1, 1), QStringLiteral("kept"));
+}
+
+void tst_Cli::resourcesNeedPlugins()
+{
+    const auto run = [this](const char *plugins) {
+        return kora({QStringLiteral("resources"), path(QLatin1String(plugins)), path(QStringLiteral("out")),
+                     QStringLiteral("--language"), QStringLiteral("en-US")});
+    };
+    QCOMPARE(run("nowhere").exitCode, 1);
+    QVERIFY(run("nowhere").err.contains(QStringLiteral("nowhere does not exist")));
+    QVERIFY(QDir().mkpath(path(QStringLiteral("plugins"))));
+    QCOMPARE(run("plugins").exitCode, 1);
+    QVERIFY(run("plugins").err.contains(QStringLiteral("there is no plugin to generate resources for in ")));
+    QVERIFY(!QFileInfo::exists(path(QStringLiteral("out"))));
 }
 
 void tst_Cli::resourcesRefusesDirectoriesThatAreNotItsOwn_data()

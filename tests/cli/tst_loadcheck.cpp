@@ -103,6 +103,7 @@ void tst_LoadCheck::eachFaultIsFoundByItsCheckAlone_data()
     row("default", one("load-defaults"));
     row("deleted_by_touch", one("load-input"));
     row("deletes_itself", one("load-life-cycle"));
+    row("ends_painter", one("load-paint"));
     row("exit", one("load-exit data-roles"));
     row("growing", isSanitized ? QStringList() : one("load-growth"));
     row("hang", one("load-hang data-roles"));
@@ -115,7 +116,10 @@ void tst_LoadCheck::eachFaultIsFoundByItsCheckAlone_data()
     row("no_item", one("load-item-class"));
     row("no_widget", one("load-widget-class"));
     row("null_class", one("load-widget-class"));
+    row("null_item", one("load-item-class"));
+    row("other_class", one("load-widget-class"));
     row("other_data", one("load-widget-class"));
+    row("other_item", one("load-item-class"));
     row("other_item_data", one("load-item-class"));
     row("own_scene", one("load-item-class"));
     row("painter", one("load-paint"));

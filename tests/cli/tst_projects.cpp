@@ -84,6 +84,8 @@ private Q_SLOTS:
     void newProjectIsRefusedWhole();
     void anyTextSurvivesATranslationFile();
     void updateLosesNoTranslation();
+    void translationsNeedMetadata_data();
+    void translationsNeedMetadata();
     void translationsAreChecked_data();
     void translationsAreChecked();
     void brokenTranslationFilesAreToldAndLeftAlone_data();
@@ -238,6 +240,42 @@ void TestProjects::updateLosesNoTranslation()
     QCOMPARE(pruned.exitCode, 0);
     QVERIFY(!contentOf(csvPath()).contains("Gone"));
     QCOMPARE(translations("check").exitCode, 0);
+}
+
+void TestProjects::translationsNeedMetadata_data()
+{
+    QTest::addColumn<QStringList>("files"); // and what they hold
+    QTest::addColumn<QString>("error");     // empty: it is found
+    const QString good = QStringLiteral(R"({"id": "5a3c7c7e-52a8-4f0e-9f6c-3f1f0c0f7a11", "name": "L", )"
+                                        R"("author": "A", "version": "1.0.0"})");
+    QTest::newRow("no folder") << QStringList() << QStringLiteral("/p does not exist");
+    QTest::newRow("no file") << QStringList{QStringLiteral("p/package.json"), QStringLiteral("{}")}
+                             << QStringLiteral("there is no metadata.json in ");
+    QTest::newRow("another name") << QStringList{QStringLiteral("p/lamps.json"), good} << QString();
+    QTest::newRow("two files") << QStringList{QStringLiteral("p/a.json"), good, QStringLiteral("p/b.json"),
+                                              good}
+                               << QStringLiteral("has several metadata files; name one: ");
+    QTest::newRow("no JSON") << QStringList{QStringLiteral("p/metadata.json"), QStringLiteral("{")}
+                             << QStringLiteral("metadata.json is no metadata: ");
+    QTest::newRow("refused metadata") << QStringList{QStringLiteral("p/metadata.json"),
+                                                     QString(good).remove(QStringLiteral(R"("name": "L", )"))}
+                                      << QStringLiteral("[4]; kora check tells where");
+}
+
+void TestProjects::translationsNeedMetadata()
+{
+    QFETCH(const QStringList, files);
+    QFETCH(const QString, error);
+    for (int i = 0; i + 1 < files.size(); i += 2) {
+        QVERIFY(put(path(files.at(i)), files.at(i + 1).toUtf8()));
+    }
+    for (const char *command : {"check", "update"}) {
+        const Result result = translations(command);
+        QCOMPARE(result.exitCode, error.isEmpty() ? 0 : 1);
+        QVERIFY2(result.err.contains(error), qPrintable(result.err));
+        QCOMPARE(result.out.contains(QStringLiteral("the metadata lists no languages")), error.isEmpty());
+    }
+    QVERIFY(!QFile::exists(path(QStringLiteral("p/translations"))));
 }
 
 void TestProjects::translationsAreChecked_data()

@@ -372,6 +372,21 @@ void tst_FieldValues::boundsOfIntegers_data()
     QTest::newRow("a long number") << none << QVariant(4294967297LL) << none << INT_MAX;
     QTest::newRow("an unsigned number") << none << QVariant(4294967295U) << none << INT_MAX;
     QTest::newRow("a huge number as text") << QVariant(0) << text("99999999999") << QVariant(100) << 100;
+    QTest::newRow("a text beyond 64 bits") << none << text("99999999999999999999") << none << INT_MAX;
+    QTest::newRow("a text beyond 64 bits, with a sign")
+        << none << text(" +99999999999999999999 ") << none << INT_MAX;
+    QTest::newRow("a negative text beyond 64 bits")
+        << none << text("-99999999999999999999") << none << INT_MIN;
+    QTest::newRow("a text with a letter behind 20 digits")
+        << QVariant(1) << text("99999999999999999999x") << none << 1;
+    QTest::newRow("a sign alone") << QVariant(-1) << text("-") << none << 0;
+    QTest::newRow("a float") << none << QVariant(-2.5F) << none << -2;
+    QTest::newRow("bytes") << none << QVariant(QByteArray("12")) << none << 12;
+    QTest::newRow("a long") << none << QVariant::fromValue(-5000000000L) << none << INT_MIN;
+    QTest::newRow("an unsigned long") << none << QVariant::fromValue(5000000000UL) << none << INT_MAX;
+    QTest::newRow("the largest unsigned number") << none << QVariant(~0ULL) << none << INT_MAX;
+    QTest::newRow("the largest integer, unsigned") << none << QVariant(2147483647ULL) << none << INT_MAX;
+    QTest::newRow("a small unsigned number") << none << QVariant(7ULL) << none << 7;
     QTest::newRow("minimum above maximum") << QVariant(10) << QVariant(5) << QVariant(0) << 0;
     QTest::newRow("bounds that are no numbers are zero") << text("abc") << QVariant(-5) << none << 0;
     QTest::newRow("a maximum that is not a number is zero")
@@ -489,6 +504,17 @@ void tst_FieldValues::aValueIsConvertedToTheField_data()
     QTest::newRow("text to an option") << 7 << text("2") << true << QVariant(2);
     QTest::newRow("text to a color") << 8 << text("#102030") << true << QVariant(QColor(16, 32, 48));
     QTest::newRow("a font stays") << 9 << font("Roboto", 10, 75) << true << font("Roboto", 10, 75);
+    QTest::newRow("the family of a font") << 9 << text("Roboto") << true << QVariant(QFont("Roboto"_s));
+    QTest::newRow("the family and size of a font")
+        << 9 << text("Roboto,7") << true << QVariant(QFont("Roboto"_s, 7));
+    for (const QString &description : {"Roboto,7,5,75,0,1,0,0,0"_s, "Roboto,7,-1,5,75,0,1,0,0,0"_s,
+                                       "Roboto,7,-1,5,75,0,1,0,0,0,Regular"_s}) {
+        QFont bold("Roboto"_s, 7, QFont::Bold);
+        bold.setUnderline(true);
+        if (description.endsWith("Regular"_s))
+            bold.setStyleName("Regular"_s);
+        QTest::newRow(qPrintable(description)) << 9 << QVariant(description) << true << QVariant(bold);
+    }
     QTest::newRow("no image stays none") << 10 << none << true << none;
     QTest::newRow("a number to an image") << 10 << QVariant(5) << true << text("5");
     QTest::newRow("anything for a tag") << 11 << QVariant(5) << true << QVariant(5);
@@ -508,6 +534,7 @@ void tst_FieldValues::aValueIsConvertedToTheField_data()
         fails(qPrintable(row("one more than the largest")), type, QVariant(2147483648.0));
         fails(qPrintable(row("one less than the smallest")), type, QVariant(-2147483649.0));
         fails(qPrintable(row("an unsigned number")), type, QVariant(2147483648U));
+        fails(qPrintable(row("a long unsigned number")), type, QVariant(2147483648ULL));
         fails(qPrintable(row("a huge number")), type, QVariant(1e300));
         fails(qPrintable(row("infinity")), type, QVariant(-infinite));
         fails(qPrintable(row("not a number")), type, QVariant(notANumber));
@@ -516,6 +543,9 @@ void tst_FieldValues::aValueIsConvertedToTheField_data()
     fails("a list is no bool", 6, QVariantList{1});
     fails("a list is no color", 8, QVariantList{1});
     fails("a number is no font", 9, 5);
+    // Qt would print that it does not know the form.
+    for (const char *description : {"", "a,1,2", "a,7,-1,5,75,0,1,0", "a,7,-1,5,75,0,1,0,0,0,Regular,more"})
+        fails(qPrintable("no font: "_s + QLatin1String(description)), 9, text(description));
     fails("a list is no image", 10, QVariantList{1});
     fails("nothing for an undefined field", 0, text("x"));
 }

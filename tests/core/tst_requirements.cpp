@@ -82,14 +82,32 @@ void tst_Requirements::requirementsLanguage_data()
             QTest::newRow(qPrintable(QString::fromUtf8(text).replace(QLatin1Char('\n'), "\\n"_s)))
                 << text << accepted;
     };
-    rows(true, {"a", "_", "9", "a ", "a&&b", "a || b", "a&& b", "a ||b", "a==1", "a == 1", "a <-12", "a> +0",
-                "a==1.50", "a==true", "a==false&&b||c<2", "true", "a==true && true==false",
-                "a_very_long_identifier_of_forty_letters_", "backgroundColorIsEnabled==true"});
+    rows(true, {"a",
+                "_",
+                "9",
+                "a ",
+                "a&&b",
+                "a || b",
+                "a&& b",
+                "a ||b",
+                "a==1",
+                "a == 1",
+                "a <-12",
+                "a> +0",
+                "a==1.50",
+                "a==true",
+                "a==false&&b||c<2",
+                "true",
+                "a==true && true==false",
+                "a_very_long_identifier_of_forty_letters_",
+                "azAZ09_==0909",
+                "backgroundColorIsEnabled==true"});
     rows(false,
          {"",           " ",       " a",     "a  ",     "a\n",     "a==1\n", "a==1 ", "a b",    "a&b",
           "a&&",        "&&a",     "a&&&&b", "a  &&b",  "a&&  b",  "a=1",    "a===1", "a!=1",   "a>=1",
           "speed >= 3", "a==",     "a==b",   "a==TRUE", "a==-1.5", "a==1.",  "a==.5", "a==1e3", "a== -  1",
-          "a==1 1",     "a== --1", "(a)",    "!a",      "a.b",     "a-b",    "é",     "a\t&&b", "a==١"});
+          "a==1 1",     "a== --1", "(a)",    "!a",      "a.b",     "a-b",    "é",     "a\t&&b", "a==١",
+          "a/b",        "a:b",     "a@b",    "a[b",     "a`b",     "a{b",    "a==1/", "a==1:"});
 }
 
 void tst_Requirements::requirementsLanguage()

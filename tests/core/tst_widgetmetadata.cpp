@@ -54,6 +54,7 @@ private slots:
     void acceptedTagTypes();
     void aFontObjectIsReadOverTheDefaultFont_data();
     void aFontObjectIsReadOverTheDefaultFont();
+    void theKeysOfTextsAreReadAlone();
     void translationsReachEveryText();
     void aLaterWidgetReplacesItsTwin();
     void aLibraryParsesInLinearTime();
@@ -425,9 +426,16 @@ void tst_WidgetMetaData::aFieldNeedsLittle()
     QVERIFY(field.isValid() && field.description().isEmpty() && field.group().isEmpty());
     QVERIFY(!field.tagCanBeAttached() && !field.readOnly() && !field.isPrivate() && !field.tagOnDemand());
     QVERIFY(!field.isMultiLanguage() && !field.defaultFontSpecified() && field.displayFontFamily().isEmpty());
+    QCOMPARE(field.defaultFont(), Utils::defaultFont());
     QVERIFY(!field.defaultValue().isValid() && !field.minimum().isValid() && !field.maximum().isValid());
     QVERIFY(field.requirements().isEmpty() && field.options().isEmpty()
             && field.tagAcceptedTypes().isEmpty());
+    // Keys of texts mean nothing to other types, whatever they hold.
+    for (const char *type : {"integer", "double", "bool", "color", "image", "tag", "trend"}) {
+        const auto strange = MetaData::field(QLatin1String(type), "{'multiLanguage': 5, 'defaultFont': 5}"_s);
+        QCOMPARE(parseField(strange, field), 0);
+        QVERIFY(!field.isMultiLanguage() && !field.isMultiLanguageText());
+    }
     // Unlike a widget's, a field's id may be empty.
     QCOMPARE(parseField(MetaData::field("tag"_s, "{'id': ''}"_s), field), 0);
     QVERIFY(field.isValid() && field.id().isEmpty() && field.tagCanBeAttached());
@@ -535,6 +543,58 @@ void tst_WidgetMetaData::aFontObjectIsReadOverTheDefaultFont()
     QFont font = before;
     QCOMPARE(Utils::infoFromMetaDataParseFontObject(MetaData::json(json).toObject(), font), accepted);
     QCOMPARE(Utils::fieldFontToString(font), accepted ? text : Utils::fieldFontToString(before));
+}
+
+// As a host reads them that has the object of a text field.
+void tst_WidgetMetaData::theKeysOfTextsAreReadAlone()
+{
+    const auto object = [](const char *json) { return MetaData::json(QString::fromLatin1(json)).toObject(); };
+    bool flag = false;
+    QVERIFY(Utils::infoFromMetaDataParseStringFieldIsMultiLanguage(object("{'multiLanguage': true}"), flag));
+    QVERIFY(flag);
+    QVERIFY(!Utils::infoFromMetaDataParseStringFieldIsMultiLanguage(object("{'multiLanguage': 0}"), flag));
+    QVERIFY(flag); // untouched
+    QVERIFY(Utils::infoFromMetaDataParseStringFieldIsMultiLanguage(object("{}"), flag));
+    QVERIFY(!flag);
+
+    FieldMetaInformation field;
+    QCOMPARE(parseField(MetaData::field("string"_s), field), 0);
+    QCOMPARE(Utils::infoFromMetaDataParseStringFieldCommon(
+                 object("{'multiLanguage': true, 'defaultFont': {'size': 14}}"), field),
+             0);
+    QFont font = Utils::defaultFont();
+    font.setPointSize(14);
+    const auto isChanged = [&] {
+        return field.isMultiLanguage() && field.defaultFontSpecified() && field.defaultFont() == font;
+    };
+    QVERIFY(isChanged() && field.isValid() && field.type() == FieldTypeString);
+    QCOMPARE(Utils::infoFromMetaDataParseStringFieldCommon(object("{'multiLanguage': 'no'}"), field), 10040);
+    QVERIFY(isChanged());
+    QCOMPARE(Utils::infoFromMetaDataParseStringFieldCommon(object("{'defaultFont': 'Roboto'}"), field),
+             10039);
+    QVERIFY(isChanged());
+    QCOMPARE(Utils::infoFromMetaDataParseStringFieldCommon(object("{}"), field), 0);
+    QVERIFY(!field.isMultiLanguage() && field.defaultFont() == Utils::defaultFont());
+
+    LogRecorder log;
+    const auto refused = [&field](const char *type, const QStringList &defaults) {
+        for (const QString &text : defaults) {
+            const auto patch = "{'multiLanguage': true, 'defaultValue': %1}"_s.arg(text);
+            if (parseField(MetaData::field(QLatin1String(type), patch), field) != 10031)
+                return text;
+        }
+        return QString();
+    };
+    QCOMPARE(refused("string", {"5"_s, "{}"_s}), QString());
+    QCOMPARE(refused("stringList", {"5"_s, "[['a', 'c'], 5]"_s, "[{}]"_s}), QString());
+    QCOMPARE(refused("stringMap", {"{}"_s, "['a']"_s, "[{'i': 1.5, 'v': 'a'}]"_s, "[{'i': 1, 'v': 5}]"_s,
+                                   "[{'i': 1, 'v': 'a'}, {'i': 1, 'v': 'b'}]"_s}),
+             QString());
+    log.takeLines();
+
+    QList<TranslationStringType> translations;
+    QCOMPARE(Utils::infoFromMetaDataParseField(QJsonValue(5), field, {}, english, translations), 10012);
+    QVERIFY(field.isValid() && translations.isEmpty());
 }
 
 void tst_WidgetMetaData::translationsReachEveryText()

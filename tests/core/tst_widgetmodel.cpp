@@ -32,6 +32,7 @@ class tst_WidgetModel : public QObject
 
 private slots:
     void typesHaveNames();
+    void aFieldHoldsWhatItIsMadeOf();
     void theLatestVersionIsByNumber();
     void fieldAccessByType_data();
     void fieldAccessByType();
@@ -68,6 +69,26 @@ void tst_WidgetModel::typesHaveNames()
         QCOMPARE(Info::tagTypeToString(TagType(unknown)), QString());
     QCOMPARE(int(Info::fieldTypeFromString("string "_s)), 0);
     QCOMPARE(int(Info::fieldTypeFromString(QString())), 0);
+}
+
+void tst_WidgetModel::aFieldHoldsWhatItIsMadeOf()
+{
+    const auto text = [](const char *word) {
+        TranslationStringType text;
+        text.set(english, QLatin1String(word));
+        return text;
+    };
+    const FieldMetaInformation field("speed"_s, text("Speed"), text("How fast"), FieldTypeInteger, true,
+                                     QVariant(7), true, text("Motor"), true, "on==true"_s, true);
+    QVERIFY(field.isValid() && field.tagCanBeAttached() && field.readOnly() && field.isPrivate());
+    QCOMPARE(field.id(), "speed"_s);
+    QCOMPARE(field.type(), FieldTypeInteger);
+    QCOMPARE(field.defaultValue(), QVariant(7));
+    QCOMPARE(field.requirements(), "on==true"_s);
+    QCOMPARE(names({field.display(), field.description(), field.group()}),
+             names({text("Speed"), text("How fast"), text("Motor")}));
+    const FieldMetaInformation other("b"_s, {}, {}, FieldTypeBool, false, {}, false, {}, false, {}, false);
+    QVERIFY(!other.isValid() && !other.tagCanBeAttached() && !other.readOnly() && !other.isPrivate());
 }
 
 void tst_WidgetModel::theLatestVersionIsByNumber()

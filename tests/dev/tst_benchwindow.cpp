@@ -11,7 +11,9 @@
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QDockWidget>
+#include <QtWidgets/QFileDialog>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QSpinBox>
 #include <QtWidgets/QToolButton>
 #include <QtWidgets/QTreeWidget>
 #include <QtWidgets/QUndoStack>
@@ -27,6 +29,7 @@
 #include <kora/dev/theme/theme.h>
 #include <kora/dev/widgetlibraryplugintestwidget.h>
 #include <kora/dev/window/commandpalette.h>
+#include <kora/dev/window/toolbar.h>
 #include <kora/host.h>
 
 using namespace KORA::DEV;
@@ -151,6 +154,9 @@ private Q_SLOTS:
     void paletteFindsActionsWidgetsAndFields();
     void scenariosAndWindowStateComeBack();
     void aFolderThatCannotBeLoadedIsExplained();
+    void actionsEditTheSelection();
+    void actionsAndToolsChangeThePage();
+    void filesAreChosenInDialogs();
 
 private:
     QTemporaryDir m_dir;
@@ -499,6 +505,164 @@ void TestBenchWindow::aFolderThatCannotBeLoadedIsExplained()
     QCOMPARE(problems->topLevelItemCount(), 0);
     QVERIFY(!bench.openPluginFolder(plantFolder()));
     QCOMPARE(bench.banners().size(), 1);
+}
+
+void TestBenchWindow::actionsEditTheSelection()
+{
+    const Bench bench;
+    BenchDocument *document = bench.document();
+    PlacedWidget *gauge = document->place(QStringLiteral("gauge"), QStringLiteral("1.1.0"), {300, 200});
+    QCOMPARE(document->selection().size(), 1);
+    document->setGeometries({gauge}, {QRectF(10, 20, 50, 40)});
+    bench.trigger("defaultSize");
+    QCOMPARE(gauge->geometry(), QRectF(QPointF(10, 20), gauge->info().defaultSize()));
+
+    const QString maximum = QStringLiteral("maximum");
+    const QVariant before = gauge->fieldValue(maximum);
+    type(bench, "maximum", QStringLiteral("77.5"));
+    QCOMPARE(gauge->fieldValue(maximum).toDouble(), 77.5);
+    bench.trigger("resetFields");
+    QCOMPARE(gauge->fieldValue(maximum), before);
+
+    bench.trigger("stopWidget");
+    QVERIFY(!gauge->isRunning());
+    bench.trigger("startWidget");
+    QVERIFY(gauge->isRunning());
+    bench.trigger("restartWidget");
+    QVERIFY(gauge->isRunning());
+
+    QCOMPARE(document->widgets().last(), gauge);
+    bench.trigger("sendBackward");
+    QCOMPARE(document->widgets().first(), gauge);
+    bench.trigger("bringForward");
+    QCOMPARE(document->widgets().last(), gauge);
+
+    bench.trigger("copy");
+    bench.trigger("paste");
+    QCOMPARE(document->widgets().size(), 3);
+    QCOMPARE(document->current()->widgetId(), QStringLiteral("gauge"));
+    QVERIFY(document->current()->name() != gauge->name());
+    bench.trigger("duplicate");
+    QCOMPARE(document->widgets().size(), 4);
+    bench.trigger("cut");
+    QCOMPARE(document->widgets().size(), 3);
+    bench.trigger("selectAll");
+    QCOMPARE(document->selection().size(), 3);
+    bench.trigger("remove");
+    QVERIFY(document->widgets().isEmpty());
+    bench.trigger("startWidget"); // of nothing
+    bench.trigger("paste");
+    QCOMPARE(document->widgets().size(), 1);
+    bench.trigger("undo");
+    bench.trigger("undo");
+    QCOMPARE(document->widgets().size(), 3);
+}
+
+void TestBenchWindow::actionsAndToolsChangeThePage()
+{
+    const Bench bench;
+    BenchDocument *document = bench.document();
+    QCOMPARE(document->page().size, QSize(800, 480));
+    bench.trigger("rotatePage");
+    QCOMPARE(document->page().size, QSize(480, 800));
+    const bool hasGrid = document->page().gridIsShown;
+    bench.trigger("grid");
+    QCOMPARE(document->page().gridIsShown, !hasGrid);
+    bench.trigger("zoom100");
+    QCOMPARE(bench.canvas()->zoom(), 1.0);
+    bench.trigger("zoomIn");
+    const double zoom = bench.canvas()->zoom();
+    QVERIFY(zoom > 1);
+    bench.trigger("zoomOut");
+    QVERIFY(bench.canvas()->zoom() < zoom);
+    bench.trigger("fitSelection");
+    const double ofSelection = bench.canvas()->zoom();
+    bench.trigger("fitPage");
+    QVERIFY(bench.canvas()->zoom() < ofSelection); // the page is larger than its widget
+
+    auto *tools = bench.findChild<BenchToolBar *>();
+    Q_EMIT tools->pageSizeChosen(QSize(640, 400));
+    QCOMPARE(document->page().size, QSize(640, 400));
+    Q_EMIT tools->zoomChosen(0.5);
+    QCOMPARE(bench.canvas()->zoom(), 0.5);
+    Q_EMIT tools->languageChosen(QStringLiteral("it-IT"));
+    QCOMPARE(document->language(), QStringLiteral("it-IT"));
+    Q_EMIT tools->backgroundChosen(Qt::darkGreen);
+    QCOMPARE(document->page().background, QColor(Qt::darkGreen));
+
+    // A size of one's own, taken and then given up.
+    for (const bool isTaken : {true, false}) {
+        Q_EMIT tools->customPageSizeRequested();
+        auto *dialog = bench.get<QDialog>("pageSizeDialog");
+        QVERIFY(dialog && dialog->isVisible());
+        dialog->findChild<QSpinBox *>(QStringLiteral("pageWidth"))->setValue(isTaken ? 1024 : 320);
+        isTaken ? dialog->accept() : dialog->reject();
+        QCOMPARE(document->page().size, QSize(1024, 400));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    for (const char *theme : {"themeDark", "themeLight"}) {
+        bench.trigger(theme);
+        QVERIFY(bench.get<QAction>(theme)->isChecked());
+        QCOMPARE(bench.palette().color(QPalette::Window).lightness() < 128, theme[5] == 'D');
+    }
+    QCOMPARE(BenchTheme::remembered(), Theme::Light);
+    bench.trigger("themeSystem");
+
+    QSignalSpy reloads(&bench, &WidgetLibraryPluginTestWidget::reloadRequested);
+    bench.trigger("reload");
+    bench.trigger("reloadFresh");
+    QCOMPARE(reloads.size(), 2);
+    QCOMPARE(reloads.at(0).first(), QVariant(true));
+    QCOMPARE(reloads.at(1).first(), QVariant(false));
+}
+
+void TestBenchWindow::filesAreChosenInDialogs()
+{
+    const Bench bench;
+    const QString scenario = m_dir.filePath(QStringLiteral("chosen.json"));
+    const QString picture = m_dir.filePath(QStringLiteral("chosen.png"));
+    // An empty path gives up.
+    const auto answer = [&bench](const char *action, const QString &path) {
+        bool isAsked = false;
+        QTimer::singleShot(0, &bench, [&isAsked, path] {
+            auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+            isAsked = dialog != nullptr;
+            if (!isAsked) {
+                return;
+            }
+            if (!path.isEmpty()) {
+                dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(path);
+            }
+            static_cast<QDialog *>(dialog)->done(path.isEmpty() ? QDialog::Rejected : QDialog::Accepted);
+        });
+        bench.trigger(action);
+        return isAsked;
+    };
+    QVERIFY(answer("savePicture", QString()));
+    QVERIFY(answer("savePicture", picture));
+    QCOMPARE(QImage(picture).size(), bench.document()->page().size);
+
+    QVERIFY(answer("saveScenarioAs", QString()));
+    QVERIFY(!QFile::exists(scenario));
+    QSignalSpy saved(&bench, &WidgetLibraryPluginTestWidget::scenarioSaved);
+    QVERIFY(answer("saveScenarioAs", scenario));
+    QCOMPARE(saved.value(0).value(0).toString(), scenario);
+    bench.trigger("saveScenario"); // knows the path
+    QCOMPARE(saved.size(), 2);
+    bench.document()->place(QStringLiteral("pump"), QStringLiteral("1.0.0"), {100, 100});
+    QVERIFY(answer("openScenario", QString()));
+    QCOMPARE(bench.document()->widgets().size(), 2);
+    QVERIFY(answer("openScenario", scenario));
+    QCOMPARE(bench.document()->widgets().size(), 1);
+
+    // Another plugin is the business of whoever opened the window.
+    QSignalSpy others(&bench, &WidgetLibraryPluginTestWidget::openRequested);
+    QVERIFY(answer("openPlugin", QString()));
+    QCOMPARE(others.size(), 0);
+    QVERIFY(answer("openPlugin", m_dir.path()));
+    QCOMPARE(others.value(0).value(0).toString(), m_dir.path());
+    QCOMPARE(bench.banners(), QStringList());
 }
 
 KORA_TEST_MAIN(TestBenchWindow)

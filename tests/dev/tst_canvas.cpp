@@ -130,6 +130,10 @@ private slots:
     void fingersFollowTheKeysAndAreCancelled();
     void untakenTouchBecomesTheMouse();
     void zoomKeepsThePointUnderTheCursor();
+    void pageIsDrawnAsItIs();
+    void touchIsSeen();
+    void spaceAndDragMoveThePage();
+    void menusAreOfWhatIsThere();
     void cardsSayWhyThereIsNoInstance();
 
 private:
@@ -714,6 +718,114 @@ void TestCanvas::zoomKeepsThePointUnderTheCursor()
     QVERIFY(viewport()->rect().contains(QRect(at({0, 0}), at({800, 480}))));
     m_view->setViewState(state);
     QCOMPARE(m_view->zoom(), 0.75);
+}
+
+// Clear parts are chequered; the grid is there when it is wanted, and never closer than eye can tell.
+void TestCanvas::pageIsDrawnAsItIs()
+{
+    const auto colorsOfALine = [this] {
+        const QImage picture = viewport()->grab(QRect(at({100, 105}), QSize(64, 1))).toImage();
+        QSet<QRgb> colors;
+        for (int x = 0; x < picture.width(); ++x) {
+            colors.insert(picture.pixel(x, 0));
+        }
+        return colors;
+    };
+    PageState page = m_document->page();
+    page.gridIsShown = false;
+    page.background = QColor();
+    m_document->setPage(page);
+    QCOMPARE(colorsOfALine(), (QSet<QRgb>{qRgb(0xff, 0xff, 0xff), qRgb(0xd8, 0xd8, 0xd8)}));
+    page.background = QColor(0, 0, 255, 0);
+    m_document->setPage(page);
+    QCOMPARE(colorsOfALine(), (QSet<QRgb>{qRgb(0xff, 0xff, 0xff), qRgb(0xd8, 0xd8, 0xd8)}));
+    for (const QColor &color : {QColor(Qt::white), QColor(Qt::black)}) {
+        page.background = color;
+        page.gridIsShown = false;
+        m_document->setPage(page);
+        QCOMPARE(colorsOfALine(), QSet<QRgb>{color.rgb()});
+        page.gridIsShown = true;
+        page.gridStep = 10;
+        m_document->setPage(page);
+        QCOMPARE(colorsOfALine().size(), 2);
+        QVERIFY(colorsOfALine().contains(color.rgb()));
+        page.gridStep = 1;
+        m_document->setPage(page);
+        QCOMPARE(colorsOfALine().size(), 2);
+    }
+}
+
+void TestCanvas::touchIsSeen()
+{
+    const LogRecorder log;
+    PageState page = m_document->page();
+    page.background = Qt::white;
+    page.gridIsShown = false;
+    m_document->setPage(page);
+    m_document->setMode(BenchMode::Runtime);
+    m_view->setTouchEmulation(true);
+    const auto isMarked = [this](const QPoint &place) {
+        const QImage picture = viewport()->grab(QRect(place - QPoint(8, 8), QSize(17, 17))).toImage();
+        return picture.pixelColor(0, 8) != QColor(Qt::white) || picture.pixelColor(4, 8) != QColor(Qt::white);
+    };
+    const QPoint finger = at({200, 200});
+    QVERIFY(!isMarked(finger));
+    QEnterEvent enter(finger, finger, viewport()->mapToGlobal(finger));
+    QApplication::sendEvent(viewport(), &enter);
+    hover(finger);
+    QVERIFY(isMarked(finger));
+    // A second finger mirrors the first at the point where it came.
+    hover(finger, Qt::AltModifier);
+    hover(finger + QPoint(60, 0), Qt::AltModifier);
+    QVERIFY(isMarked(finger + QPoint(60, 0)) && isMarked(finger - QPoint(60, 0)));
+    hover(finger);
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(viewport(), &leave);
+    QVERIFY(!isMarked(finger) && !isMarked(finger - QPoint(60, 0)));
+}
+
+void TestCanvas::spaceAndDragMoveThePage()
+{
+    PlacedWidget *widget = place(probe, probeVersion, {100, 100, 300, 300});
+    m_document->setSelection({widget});
+    m_view->setZoom(2);
+    const QPoint inside = at({150, 150});
+    const QPointF grabbed = m_view->mapToScene(inside);
+    QTest::keyPress(m_view.get(), Qt::Key_Space);
+    drag(inside, inside + QPoint(-30, -20));
+    QTest::keyRelease(m_view.get(), Qt::Key_Space);
+    QVERIFY(QLineF(m_view->mapToScene(inside + QPoint(-30, -20)), grabbed).length() < 2);
+    QCOMPARE(widget->geometry(), QRectF(100, 100, 300, 300));
+    QCOMPARE(steps(), 0);
+    drag(inside, inside + QPoint(40, 40)); // without it the widget
+    QCOMPARE(steps(), 1);
+    QTest::keyClick(m_view.get(), Qt::Key_Escape);
+    QVERIFY(m_document->selection().isEmpty());
+}
+
+// By the mouse that of what is below it, by the key that of the selection; none while fingers are emulated.
+void TestCanvas::menusAreOfWhatIsThere()
+{
+    PlacedWidget *widget = place(probe, probeVersion, {100, 100, 300, 300});
+    QSignalSpy menus(m_view.get(), &CanvasView::contextMenuRequested);
+    const auto ask = [&](QContextMenuEvent::Reason reason, const QPoint &position) {
+        QContextMenuEvent event(reason, position, viewport()->mapToGlobal(position));
+        QApplication::sendEvent(viewport(), &event);
+        return menus.isEmpty() ? QVariantList() : menus.takeFirst();
+    };
+    const QPoint inside = at({200, 200});
+    const QPoint beside = at({50, 50});
+    QCOMPARE(ask(QContextMenuEvent::Mouse, inside).value(0).value<PlacedWidget *>(), widget);
+    QCOMPARE(ask(QContextMenuEvent::Mouse, beside).value(0).value<PlacedWidget *>(), nullptr);
+    m_document->setSelection({widget});
+    const QVariantList byKey = ask(QContextMenuEvent::Keyboard, beside);
+    QCOMPARE(byKey.value(0).value<PlacedWidget *>(), widget);
+    QCOMPARE(byKey.value(1).toPoint(), viewport()->mapToGlobal(at({250, 250})));
+    m_document->setMode(BenchMode::Runtime);
+    m_view->setTouchEmulation(true);
+    QVERIFY(ask(QContextMenuEvent::Mouse, inside).isEmpty());
+    m_view->setTouchEmulation(false);
+    QCOMPARE(ask(QContextMenuEvent::Mouse, beside).size(), 2);
 }
 
 void TestCanvas::cardsSayWhyThereIsNoInstance()

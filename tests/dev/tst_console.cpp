@@ -4,13 +4,18 @@
 
 #include <QtCore/QSettings>
 #include <QtCore/QTemporaryDir>
+#include <QtGui/QClipboard>
 #include <QtTest/QSignalSpy>
+#include <QtWidgets/QFileDialog>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QToolButton>
+#include <QtWidgets/QTreeWidget>
 
 #include <kora/dev/panes/consolepane.h>
 #include <kora/dev/panes/logview.h>
+#include <kora/dev/panes/problemspane.h>
 #include <kora/log/logmacros.h>
 
 #include <thread>
@@ -61,6 +66,8 @@ private Q_SLOTS:
     void filters_data();
     void filters();
     void followsOnlyAtTheEnd();
+    void linesAreCopiedMarkedAndSaved();
+    void problemsAreOrderedAndOpened();
 
 private:
     QTemporaryDir m_settings;
@@ -216,6 +223,153 @@ void TestConsole::followsOnlyAtTheEnd()
     QCOMPARE(warnings->text(), QStringLiteral("1"));
     pane.findChild<QToolButton *>(QStringLiteral("consoleInfo"))->click();
     QCOMPARE(view->model()->rowCount(), 1);
+}
+
+void TestConsole::linesAreCopiedMarkedAndSaved()
+{
+    ConsoleModel console;
+    ConsolePane pane(&console);
+    pane.resize(700, 300);
+    pane.show();
+    const auto button = [&pane](const char *name) {
+        return pane.findChild<QToolButton *>(QLatin1String(name));
+    };
+    for (const char *level : {"consoleErrors", "consoleInfo", "consoleDebug"}) {
+        button(level)->setChecked(true); // as no earlier pane left them
+    }
+    console.append(ConsoleLine::Error, QStringLiteral("boiler"), QStringLiteral("too hot"));
+    console.append(ConsoleLine::Debug, QStringLiteral("pump"), QStringLiteral("turns"));
+    console.flush();
+    const auto copied = [&] {
+        button("consoleCopyAll")->click();
+        return QGuiApplication::clipboard()->text().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    };
+    QCOMPARE(copied().size(), 2);
+    QVERIFY(copied().first().contains(QStringLiteral("too hot")));
+    button("consoleMark")->click();
+    QVERIFY(copied().last().contains(QStringLiteral("---- mark 1 ----")));
+    button("consoleDebug")->click();
+    QCOMPARE(copied().filter(QStringLiteral("turns")).size(), 0);
+    QCOMPARE(copied().size(), 2);
+
+    // Of a selection that alone; of none nothing.
+    auto *view = pane.findChild<LogView *>(QStringLiteral("consoleLines"));
+    button("consoleCopy")->click();
+    QCOMPARE(copied().size(), 2);
+    view->setCurrentIndex(view->model()->index(0, 0));
+    button("consoleCopy")->click();
+    QCOMPARE(QGuiApplication::clipboard()->text().count(QLatin1Char('\n')), 1);
+
+    auto *filter = pane.findChild<QLineEdit *>(QStringLiteral("consoleFilter"));
+    auto *problem = pane.findChild<QLabel *>(QStringLiteral("consoleFilterProblem"));
+    filter->setText(QStringLiteral("/(/"));
+    QVERIFY(problem->isVisible() && !problem->text().isEmpty());
+    filter->setText(QStringLiteral("hot"));
+    QVERIFY(!problem->isVisible());
+    QCOMPARE(copied().size(), 1);
+
+    const auto save = [&](const QString &path) {
+        QTimer::singleShot(0, &pane, [path] {
+            auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+            dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(path);
+            static_cast<QDialog *>(dialog)->done(path.isEmpty() ? QDialog::Rejected : QDialog::Accepted);
+        });
+        button("consoleSave")->click();
+        console.flush();
+    };
+    const QString path = m_settings.filePath(QStringLiteral("console.log"));
+    save(QString());
+    QVERIFY(!QFile::exists(path));
+    save(path);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray content = file.readAll();
+    QVERIFY(content.contains("too hot") && content.count('\n') == 1);
+    QVERIFY(console.line(console.rowCount() - 1).text.startsWith(QStringLiteral("Saved as ")));
+    filter->clear();
+    button("consoleClear")->click();
+    QCOMPARE(console.rowCount(), 0);
+    QCOMPARE(button("consoleErrors")->text(), QStringLiteral("0"));
+}
+
+void TestConsole::problemsAreOrderedAndOpened()
+{
+    const auto finding = [](Finding::Severity severity, const char *message, const QString &file, int line) {
+        Finding finding;
+        finding.severity = severity;
+        finding.rule = QStringLiteral("rule");
+        finding.message = QLatin1String(message);
+        finding.file = file;
+        finding.line = line;
+        return finding;
+    };
+    // An editor that writes down what it is asked to open.
+    const QString asked = m_settings.filePath(QStringLiteral("asked"));
+    const auto editor = [&](const char *name) {
+        QFile script(m_settings.filePath(QLatin1String(name)));
+        if (script.open(QIODevice::WriteOnly)) {
+            script.write("#!/bin/sh\necho \"$@\" > '" + asked.toUtf8() + ".new' && mv '" + asked.toUtf8()
+                         + ".new' '" + asked.toUtf8() + "'\n");
+            script.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+        }
+        qputenv("VISUAL", script.fileName().toUtf8());
+    };
+    const auto told = [&asked] {
+        QFile file(asked);
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).trimmed() : QString();
+    };
+    ProblemsPane pane;
+    pane.resize(700, 300);
+    pane.show();
+    QSignalSpy failures(&pane, &ProblemsPane::failed);
+    auto *tree = pane.findChild<QTreeWidget *>(QStringLiteral("problemsList"));
+    auto *detail = pane.findChild<QLabel *>(QStringLiteral("problemsDetail"));
+    QCOMPARE(detail->text(), QStringLiteral("No problems found."));
+    Findings findings{finding(Finding::Note, "a note", {}, 0),
+                      finding(Finding::Warning, "a < b", QStringLiteral("/w/tank.json"), 0),
+                      finding(Finding::Error, "an error", QStringLiteral("/w/tank.json"), 12)};
+    findings[0].pointer = QStringLiteral("/widgets/0");
+    findings[1].hint = QStringLiteral("first line\nsecond line");
+    pane.setFindings(findings);
+    QCOMPARE(tree->topLevelItemCount(), 3);
+    QCOMPARE(tree->topLevelItem(0)->text(0), QStringLiteral("An error"));
+    QCOMPARE(tree->topLevelItem(0)->text(2), QStringLiteral("tank.json:12:1"));
+    QCOMPARE(tree->topLevelItem(1)->text(2), QStringLiteral("tank.json"));
+    QCOMPARE(tree->topLevelItem(2)->text(2), QStringLiteral("/widgets/0"));
+    QCOMPARE(tree->topLevelItem(1)->data(0, Qt::AccessibleTextRole).toString(),
+             QStringLiteral("Warning: a < b"));
+    QCOMPARE(tree->topLevelItem(2)->data(0, Qt::AccessibleTextRole).toString(),
+             QStringLiteral("Note: a note"));
+    tree->setCurrentItem(tree->topLevelItem(1));
+    QVERIFY2(detail->text().contains(QStringLiteral("A &lt; b"))
+                 && detail->text().contains(QStringLiteral("line<br>second")),
+             qPrintable(detail->text()));
+
+    const struct
+    {
+        const char *editor;
+        const char *arguments;
+    } editors[] = {{"vi", "+12 /w/tank.json"},
+                   {"code", "--goto /w/tank.json:12"},
+                   {"kate", "--line 12 /w/tank.json"},
+                   {"subl", "/w/tank.json:12"}};
+    for (const auto &each : editors) {
+        QFile::remove(asked);
+        editor(each.editor);
+        tree->setCurrentItem(tree->topLevelItem(0));
+        Q_EMIT tree->itemActivated(tree->topLevelItem(0), 0);
+        QTRY_COMPARE(told(), QLatin1String(each.arguments));
+    }
+    QCOMPARE(failures.size(), 0);
+    tree->setCurrentItem(tree->topLevelItem(2));
+    Q_EMIT tree->itemActivated(tree->topLevelItem(2), 0);
+    QCOMPARE(failures.takeFirst().first().toString(), QStringLiteral("This problem has no file to open"));
+    qputenv("VISUAL", "/nowhere/editor");
+    tree->setCurrentItem(tree->topLevelItem(0));
+    Q_EMIT tree->itemActivated(tree->topLevelItem(0), 0);
+    QCOMPARE(failures.takeFirst().first().toString(),
+             QStringLiteral("/w/tank.json cannot be opened; name an editor in $VISUAL"));
+    qunsetenv("VISUAL");
 }
 
 KORA_TEST_MAIN(TestConsole)

@@ -99,6 +99,7 @@ void TestFieldRequirements::lastConditionDecides_data()
     row("greater", "mode>5", {{mode, 6}}, true);
     row("not greater", "mode>5", {{mode, 5}}, false);
     row("less", "ratio<0.5", {{ratio, 0.25}}, true);
+    row("not less", "ratio<0.5", {{ratio, 0.5}}, false);
     row("no number is 0, not greater", "level>5", {{level, QStringLiteral("abc")}}, false);
     row("no number is 0, less", "level<5", {{level, QStringLiteral("abc")}}, true);
     row("the value is no number", "mode>x", {{mode, 1}}, true);

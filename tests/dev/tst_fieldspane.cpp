@@ -5,15 +5,20 @@
 #include <support/testmain.h>
 
 #include <QtCore/QElapsedTimer>
+#include <QtCore/QMimeData>
+#include <QtCore/QTemporaryDir>
 #include <QtGui/QClipboard>
+#include <QtGui/QDropEvent>
 #include <QtGui/QWindow>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QColorDialog>
 #include <QtWidgets/QComboBox>
+#include <QtWidgets/QFileDialog>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QMenu>
+#include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QSlider>
@@ -94,10 +99,12 @@ private Q_SLOTS:
     void sliderDragIsOneStep();
     void wheelScrollsUnfocusedEditors();
     void textsAreKeptPerLanguage();
+    void severalLinesAreEditedInABox();
     void listsAndMapsAreEditedInABox();
     void choicesAndColors();
     void fontPartsHaveRows();
     void imageHasThreeStates();
+    void imagesComeFromFiles();
     void fieldsFollowTags();
     void pluginWritesShowAndAreCoalesced();
     void rowMenuCopiesAndSends();
@@ -135,7 +142,7 @@ void TestFieldsPane::typingIsLiveAndOneStep()
     bench.document.undoStack()->undo();
     QTRY_COMPARE(line->text(), QStringLiteral("bar"));
 
-    // The box for several lines, and a test text.
+    // A test text.
     auto *menu = bench.find<QMenu>(QStringLiteral("unitMenu"));
     menu->actions().last()->trigger();
     QVERIFY(bench.value("unit").toString().contains(QLatin1String("%1")));
@@ -286,6 +293,31 @@ void TestFieldsPane::textsAreKeptPerLanguage()
     QCOMPARE(bench.value("title.font").value<QFont>().pointSize(), 10);
 }
 
+void TestFieldsPane::severalLinesAreEditedInABox()
+{
+    ProbeBench bench(m_fields);
+    const int steps = bench.document.undoStack()->count();
+    const auto openBox = [&bench] {
+        bench.find<QMenu>(QStringLiteral("unitMenu"))->actions().first()->trigger();
+        return bench.find<QPlainTextEdit>(QStringLiteral("unitLines"));
+    };
+    QPlainTextEdit *box = openBox();
+    QCOMPARE(box->toPlainText(), QStringLiteral("bar"));
+    box->setPlainText(QStringLiteral("bar\nabsolute"));
+    QTRY_COMPARE(bench.value("unit").toString(), QStringLiteral("bar\nabsolute"));
+    box->window()->close();
+    QCOMPARE(bench.document.undoStack()->count(), steps + 1);
+    QTRY_COMPARE(bench.manager("unit")->note(bench.manager("unit")->row()), QStringLiteral("2 lines"));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+    box = openBox();
+    box->setPlainText(QStringLiteral("psi"));
+    QTRY_COMPARE(bench.value("unit").toString(), QStringLiteral("psi"));
+    QTest::keyClick(box->window(), Qt::Key_Escape);
+    QCOMPARE(bench.value("unit").toString(), QStringLiteral("bar\nabsolute"));
+    QCOMPARE(bench.document.undoStack()->index(), steps + 1);
+}
+
 void TestFieldsPane::listsAndMapsAreEditedInABox()
 {
     ProbeBench bench(m_fields);
@@ -407,6 +439,63 @@ void TestFieldsPane::imageHasThreeStates()
     QVERIFY(!bench.value("image").isValid());
     actions.at(1)->trigger();
     QVERIFY(bench.value("image").isValid());
+}
+
+// Dropped or chosen; a thumbnail shows them.
+void TestFieldsPane::imagesComeFromFiles()
+{
+    const QTemporaryDir dir;
+    const QString red = dir.filePath(QStringLiteral("red.png"));
+    const QString blue = dir.filePath(QStringLiteral("blue.png"));
+    for (const QString &path : {red, blue}) {
+        QImage picture(48, 24, QImage::Format_RGB32);
+        picture.fill(path == red ? Qt::red : Qt::blue);
+        QVERIFY(picture.save(path));
+    }
+    ProbeBench bench(m_fields);
+    auto *line = bench.find<QLineEdit>(QStringLiteral("image"));
+    const auto thumbnail = [line] {
+        const auto labels = line->parentWidget()->findChildren<QLabel *>();
+        for (const QLabel *label : labels) {
+            const QPixmap shown = label->pixmap(Qt::ReturnByValue);
+            if (!shown.isNull()) {
+                return shown.toImage();
+            }
+        }
+        return QImage();
+    };
+    QVERIFY(thumbnail().isNull());
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(red)});
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(line, &enter);
+    QVERIFY(enter.isAccepted());
+    QVERIFY(!bench.value("image").isValid());
+    QDropEvent drop(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(line, &drop);
+    QCOMPARE(bench.value("image"), QVariant(red));
+    QCOMPARE(line->text(), red);
+    QCOMPARE(thumbnail().size(), QSize(24, 12)); // in proportion
+    QCOMPARE(thumbnail().pixelColor(12, 6), QColor(Qt::red));
+
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support propagateSizeHints()");
+    bench.find<QToolButton>(QStringLiteral("imageFile"))->click();
+    auto *dialog = bench.pane.findChild<QFileDialog *>();
+    QVERIFY(dialog && dialog->isVisible());
+    QCOMPARE(dialog->directory().absolutePath(), dir.path());
+    Q_EMIT dialog->fileSelected(blue);
+    QCOMPARE(bench.value("image"), QVariant(blue));
+    QCOMPARE(thumbnail().pixelColor(12, 6), QColor(Qt::blue));
+    dialog->close();
+    // A file that is no picture is no failure of the field.
+    QFile file(dir.filePath(QStringLiteral("text.png")));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("text") > 0 && file.flush());
+    line->setText(file.fileName());
+    QTest::keyClick(line, Qt::Key_Space);
+    QTest::keyClick(line, Qt::Key_Backspace);
+    QTest::keyClick(line, Qt::Key_Return);
+    QCOMPARE(bench.value("image"), QVariant(file.fileName()));
+    QVERIFY(thumbnail().isNull());
 }
 
 void TestFieldsPane::fieldsFollowTags()

@@ -11,6 +11,7 @@
 #include <QtWidgets/QAbstractSpinBox>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QDialog>
+#include <QtWidgets/QFileDialog>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QTableView>
@@ -66,6 +67,8 @@ class TestProviderPanes : public QObject
 private Q_SLOTS:
     void panesAreUsedByMouseAndKeys();
     void alarmPaneActsAndEdits();
+    void trendIsDrawnWithItsGaps();
+    void replayFilesAreNamedFromTheScenario();
     void everyControlHasAName();
 };
 
@@ -197,6 +200,101 @@ void TestProviderPanes::alarmPaneActsAndEdits()
     pane.setCurrentName(QStringLiteral("pumpFault"));
     line->setFocus();
     QTest::keyClicks(line, QStringLiteral("half"));
+}
+
+void TestProviderPanes::trendIsDrawnWithItsGaps()
+{
+    Plant plant;
+    TrendDefinition trend;
+    trend.name = QStringLiteral("level");
+    trend.source = TrendDefinition::FromGenerator;
+    trend.generator = generator(Generator::Sine, 20000, 20, 80);
+    trend.interval = 1000;
+    QVERIFY(plant.trends()->add(trend));
+    plant.clock()->advance(60000);
+    Window window;
+    TrendsPane pane(&plant);
+    QVERIFY(window.shows(pane, QSize(900, 400)));
+    auto *curve = control<QWidget>(pane, "trendsCurve");
+    // The columns of the picture that the line passes, as a share of all.
+    const auto drawn = [curve] {
+        const QImage picture = curve->grab().toImage();
+        const QColor line = curve->palette().color(QPalette::Link);
+        int columns = 0;
+        for (int x = 0; x < picture.width(); ++x) {
+            for (int y = 0; y < picture.height(); ++y) {
+                const QColor pixel = picture.pixelColor(x, y);
+                if (qAbs(pixel.red() - line.red()) + qAbs(pixel.green() - line.green())
+                        + qAbs(pixel.blue() - line.blue())
+                    < 60) {
+                    ++columns;
+                    break;
+                }
+            }
+        }
+        return double(columns) / picture.width();
+    };
+    const double whole = drawn();
+    QVERIFY2(whole > 0.7, QByteArray::number(whole));
+    QVERIFY(curve->toolTip().startsWith(QStringLiteral("Now "))
+            && curve->toolTip().endsWith(QStringLiteral("; last minute, not asked yet")));
+
+    trend.hasGaps = true;
+    QVERIFY(plant.trends()->edit(trend.name, trend));
+    const double withGaps = drawn();
+    QVERIFY2(withGaps > 0.4 && withGaps < whole - 0.1, QByteArray::number(withGaps));
+    // What a widget asked for last is what is shown.
+    plant.trends()->trendValue(trend.name, noon, noon.addSecs(30), 7, WidgetActionManager::UtcTime);
+    QTRY_VERIFY2(curve->toolTip().contains(QStringLiteral("; asked for 7, got ")),
+                 qPrintable(curve->toolTip()));
+    QVERIFY(curve->toolTip().endsWith(QStringLiteral("12:00:00 to 12:00:30")));
+    QVERIFY(drawn() > 0.2);
+    trend.answersEmpty = true;
+    QVERIFY(plant.trends()->edit(trend.name, trend));
+    QCOMPARE(drawn(), 0.0);
+    QVERIFY(plant.trends()->remove(trend.name));
+    QTRY_COMPARE(curve->toolTip(), QStringLiteral("No trend is selected"));
+    QCOMPARE(drawn(), 0.0);
+}
+
+void TestProviderPanes::replayFilesAreNamedFromTheScenario()
+{
+    QTemporaryDir dir;
+    const auto put = [&dir](const char *name) {
+        const QString path = dir.filePath(QLatin1String(name));
+        QFile file(path);
+        return QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly)
+                       && file.write("time,value\n0,1\n1000,2\n") > 0
+                   ? path
+                   : QString();
+    };
+    const QString beside = put("scenario/data/level.csv");
+    const QString outside = put("level.csv");
+    Plant plant;
+    plant.addDefaults();
+    plant.setFolder(dir.filePath(QStringLiteral("scenario")));
+    Window window;
+    TagsPane tags(&plant);
+    TrendsPane trends(&plant);
+    const auto choose = [&window](ProviderPane &pane, const char *button, const QString &path) {
+        QVERIFY(window.shows(pane, QSize(700, 300)));
+        QTest::ignoreMessage(QtWarningMsg, "This plugin does not support propagateSizeHints()");
+        click(pane, button);
+        auto *dialog = pane.findChild<QFileDialog *>(QStringLiteral("replayDialog"));
+        QVERIFY(dialog && dialog->isVisible());
+        Q_EMIT dialog->fileSelected(path);
+        dialog->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    };
+    choose(tags, "tagsReplay", beside);
+    Generator taken = plant.tags()->definition(tags.currentName()).generator;
+    QCOMPARE(taken.kind, Generator::CsvReplay);
+    QCOMPARE(taken.csvFile, QStringLiteral("data/level.csv"));
+    choose(trends, "trendsReplay", outside);
+    const TrendDefinition trend = plant.trends()->definition(trends.currentName());
+    QCOMPARE(trend.source, TrendDefinition::FromGenerator);
+    QCOMPARE(trend.generator.kind, Generator::CsvReplay);
+    QCOMPARE(trend.generator.csvFile, outside);
 }
 
 void TestProviderPanes::everyControlHasAName()

@@ -177,10 +177,14 @@ private slots:
     void swipeReset();
     void swipeMapping_data();
     void swipeMapping();
+    void swipesAlongATurnedAxis();
     void pinch_data();
     void pinch();
     void pinchValues();
     void pinchJumpKeepsScale();
+    void swipeTellsItsStage();
+    void swipesThatTakeLongerAreSlower();
+    void noGestureIsStreamed();
     void pinchLog();
     void foreignTargetsAreIgnored();
     void randomEventsLeaveNoNaN();
@@ -358,12 +362,13 @@ void TestGestureRecognizers::swipeValues()
 void TestGestureRecognizers::swipeReset()
 {
     Driver<SwipeGesture> driver(new SwipeGestureRecognizer(1));
-    driver.run("begin 0,0 maybe; update 0,0 maybe; update 60,0 trigger");
+    driver.run("begin 0,0 maybe; update 0,0 maybe; update 60,30 trigger");
     driver.reset();
     const auto *d = SwipeGesturePrivateAccessor::priv(driver.gesture());
     QCOMPARE(directionNames(d->horizontalDirection, d->verticalDirection),
              QStringLiteral("NoDirection NoDirection"));
     QCOMPARE(d->velocity, 0.0);
+    QCOMPARE(d->swipeAngle, 0.0);
     QVERIFY(d->lastPositions.at(0).isNull());
     QVERIFY(!d->timer.isValid());
     QCOMPARE(d->startPoint, origin);
@@ -444,6 +449,29 @@ void TestGestureRecognizers::swipeMapping()
     QCOMPARE(swipe.mapSwipeAngleToGraphicsObject(nullptr, nullptr), 315.0);
 }
 
+// Both directions weigh the same, whichever they are.
+void TestGestureRecognizers::swipesAlongATurnedAxis()
+{
+    QGraphicsScene scene(0, 0, 200, 200);
+    auto *item = new Item;
+    scene.addItem(item);
+    QGraphicsView view(&scene);
+    SwipeGesture swipe(1);
+    QGestureEvent event({&swipe});
+    event.setWidget(view.viewport());
+    auto *d = SwipeGesturePrivateAccessor::priv(&swipe);
+    for (const auto horizontal : {SwipeGesture::Left, SwipeGesture::Right}) {
+        for (const auto vertical : {SwipeGesture::Up, SwipeGesture::Down}) {
+            const bool isFalling = (horizontal == SwipeGesture::Right) == (vertical == SwipeGesture::Down);
+            item->setRotation(isFalling ? 45 : -45);
+            d->horizontalDirection = horizontal;
+            d->verticalDirection = vertical;
+            QCOMPARE(swipe.mapHorizontalDirectionToGraphicsObject(&event, item), horizontal);
+            QCOMPARE(swipe.mapVerticalDirectionToGraphicsObject(&event, item), SwipeGesture::NoDirection);
+        }
+    }
+}
+
 void TestGestureRecognizers::pinch_data()
 {
     QTest::addColumn<QByteArray>("steps");
@@ -515,13 +543,64 @@ void TestGestureRecognizers::pinchValues()
     QCOMPARE(pinch->lastCenterPoint(), QPointF(50, 50));
     QCOMPARE(pinch->startCenterPoint(), QPointF(50, 50));
 
+    // Up to 180 degrees, on the left of the first, then beyond, which counts from -180 degrees on.
+    driver.run("update 0,0 -100,0 trigger");
+    QCOMPARE(pinch->rotationAngle(), -180.0);
+    driver.run("update 0,0 -100,-1 trigger");
+    QVERIFY(pinch->rotationAngle() < -179 && pinch->rotationAngle() > -180);
+    driver.run("update 0,0 -100,1 trigger");
+    QVERIFY(pinch->rotationAngle() > 179 && pinch->rotationAngle() < 180);
+
     driver.run("update 0,0 ignore");
     QCOMPARE(pinch->changeFlags(), PinchGesture::ChangeFlags());
     QCOMPARE(pinch->totalChangeFlags(), all);
+    const auto &startPositions = PinchGesturePrivateAccessor::priv(pinch)->startPositions;
+    QCOMPARE(startPositions[0], origin);
+    QCOMPARE(startPositions[1], origin + QPointF(100, 100)); // of the first update with both
 
     driver.reset();
+    QCOMPARE(startPositions[1], origin + QPointF(100, 100));
     QCOMPARE(debugText(pinch), debugText(std::make_unique<PinchGesture>().get()));
     QVERIFY(PinchGesturePrivateAccessor::priv(pinch)->isNewSequence);
+}
+
+// As those that look into a gesture see it.
+void TestGestureRecognizers::swipeTellsItsStage()
+{
+    using Private = KORA::SwipeGesturePrivate;
+    Driver<SwipeGesture> driver(new SwipeGestureRecognizer(1));
+    const auto *d = SwipeGesturePrivateAccessor::priv(driver.gesture());
+    for (const char *steps : {"begin 0,0 maybe; update 9,0 maybe", "press 0,0 maybe; move 9,0 maybe"}) {
+        driver.reset();
+        QCOMPARE(d->recognitionState, Private::NotRecognizing);
+        driver.run(QString::fromLatin1(steps).split(QStringLiteral("; ")).mid(0, 1));
+        QCOMPARE(d->recognitionState, Private::Started);
+        driver.run(QString::fromLatin1(steps).split(QStringLiteral("; ")).mid(1));
+        QCOMPARE(d->recognitionState, Private::Moving);
+    }
+}
+
+void TestGestureRecognizers::swipesThatTakeLongerAreSlower()
+{
+    Driver<SwipeGesture> driver(new SwipeGestureRecognizer(1));
+    driver.run("begin 0,0 maybe; update 0,0 maybe");
+    QTest::qSleep(20);
+    driver.run("update 40,0 maybe");
+    // 40 pixels in 20 ms or more, and what is left of the velocity of 1 that a swipe begins with.
+    QVERIFY2(driver.gesture()->velocity() > 0.8 && driver.gesture()->velocity() < 2.82,
+             QByteArray::number(driver.gesture()->velocity()));
+}
+
+void TestGestureRecognizers::noGestureIsStreamed()
+{
+    const auto streamed = [](auto *gesture) {
+        QString text;
+        QDebug(&text).nospace() << gesture;
+        return text.trimmed();
+    };
+    QCOMPARE(streamed(static_cast<const PanGesture *>(nullptr)), QStringLiteral("KORA::PanGesture(0x0)"));
+    QCOMPARE(streamed(static_cast<const PinchGesture *>(nullptr)), QStringLiteral("KORA::PinchGesture(0x0)"));
+    QCOMPARE(streamed(static_cast<const SwipeGesture *>(nullptr)), QStringLiteral("KORA::SwipeGesture(0x0)"));
 }
 
 void TestGestureRecognizers::pinchJumpKeepsScale()

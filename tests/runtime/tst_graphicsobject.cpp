@@ -144,6 +144,7 @@ class TestGraphicsObject : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void itemsAreSeenAsQtSeesThem();
     void startsWithoutSize();
     void resizeTellsOldAndNewSize();
     void resizeToTheSameSizeIsNone_data();
@@ -661,6 +662,36 @@ void TestGraphicsObject::firstDefaultIconCounts()
 
     placeholder.panel.widget->ownIcon = plainIcon(Qt::green);
     QCOMPARE(placeholder.paint().pixelColor(5, 5), QColor(Qt::green));
+}
+
+// What the class overrides only so that plugins link to it does what Qt's own does.
+void TestGraphicsObject::itemsAreSeenAsQtSeesThem()
+{
+    Window window;
+    Panel other(1);
+    RecordingItem *item = window.item;
+    RecordingItem *neighbour = other.items.first();
+    neighbour->priv()->resize(QSizeF(50, 50));
+    window.scene.addItem(neighbour);
+    neighbour->setZValue(1);
+
+    QVERIFY(item->collidesWithItem(neighbour, Qt::IntersectsItemShape));
+    QVERIFY(
+        neighbour->collidesWithPath(neighbour->mapFromItem(item, item->shape()), Qt::IntersectsItemShape));
+    QVERIFY(!item->isObscuredBy(neighbour)); // it is not opaque
+    QVERIFY(item->opaqueArea().isEmpty());
+    QCOMPARE(item->shape().boundingRect(), item->boundingRect());
+    QVERIFY(item->contains(QPointF(99, 99)) && !item->contains(QPointF(101, 50)));
+    neighbour->setPos(150, 150);
+    QVERIFY(!item->collidesWithItem(neighbour, Qt::IntersectsItemShape));
+
+    // Events of the one pass by the other, which lets them through.
+    item->installSceneEventFilter(neighbour);
+    window.scene.advance();
+    bool accepted = false;
+    QVERIFY(touch(item, QEvent::TouchBegin, 1, &accepted) && accepted);
+    QCOMPARE(takeMouseTypes(item), Types{QEvent::GraphicsSceneMousePress});
+    window.scene.removeItem(neighbour);
 }
 
 KORA_TEST_MAIN(TestGraphicsObject)

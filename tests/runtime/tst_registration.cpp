@@ -171,7 +171,9 @@ void TestRegistration::instanceGetsAllThatTheHostTells()
     QCOMPARE(item->widgetActionManager(), widget->widgetActionManager());
     QCOMPARE(item->id(), gauge);
     QCOMPARE(item->version(), QStringLiteral("1.20.3"));
+    QCOMPARE(item->versionMajor(), 1);
     QCOMPARE(item->versionMinor(), 20);
+    QCOMPARE(item->versionPatch(), 3);
     QVERIFY(!item->parentItem());
 }
 
