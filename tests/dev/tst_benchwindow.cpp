@@ -243,7 +243,8 @@ void TestBenchWindow::valuesStayOverAChangeOfMode()
     QTest::keyClick(bench.canvas(), Qt::Key_F5);
     QCOMPARE(bench.document()->mode(), BenchMode::Runtime);
     QVERIFY(bench.get<QAction>("runtime")->isChecked());
-    QVERIFY(gauge->widget() && !instance); // the next one may stand at the same address
+    QVERIFY(instance.isNull()); // the next one may stand at the same address
+    QVERIFY(gauge->widget());
     QCOMPARE(gauge->fieldValue(QStringLiteral("maximum")).toDouble(), 77.5);
     QTest::keyClick(bench.canvas(), Qt::Key_F5, Qt::ShiftModifier);
     QCOMPARE(bench.document()->mode(), BenchMode::Studio);
@@ -575,9 +576,9 @@ void TestBenchWindow::actionsAndToolsChangeThePage()
     QCOMPARE(document->page().size, QSize(800, 480));
     bench.trigger("rotatePage");
     QCOMPARE(document->page().size, QSize(480, 800));
-    const bool hasGrid = document->page().gridIsShown;
+    QVERIFY(document->page().gridIsShown);
     bench.trigger("grid");
-    QCOMPARE(document->page().gridIsShown, !hasGrid);
+    QVERIFY(!document->page().gridIsShown);
     bench.trigger("zoom100");
     QCOMPARE(bench.canvas()->zoom(), 1.0);
     bench.trigger("zoomIn");
@@ -718,13 +719,15 @@ void TestBenchWindow::whatCannotBeDoneIsTold()
     QCOMPARE(empty.banners(),
              QStringList{QStringLiteral("Open a plugin folder first: a scenario places its widgets")});
 
+    Bench unsaved;
+    QCOMPARE(QFileInfo(unsaved.pluginFolder()), QFileInfo(plantFolder()));
+    unsaved.setScenarioPath(m_dir.filePath(QStringLiteral("none/scenario.json")));
+    unsaved.trigger("saveScenario");
+    QVERIFY2(unsaved.banners().value(0).startsWith(m_dir.filePath(QStringLiteral("none/scenario.json"))
+                                                   + QStringLiteral(" cannot be saved: ")),
+             qPrintable(unsaved.banners().value(0)));
+
     Bench bench;
-    QCOMPARE(QFileInfo(bench.pluginFolder()), QFileInfo(plantFolder()));
-    bench.setScenarioPath(m_dir.filePath(QStringLiteral("none/scenario.json")));
-    bench.trigger("saveScenario");
-    QVERIFY2(bench.banners().value(0).startsWith(m_dir.filePath(QStringLiteral("none/scenario.json"))
-                                                 + QStringLiteral(" cannot be saved: ")),
-             qPrintable(bench.banners().value(0)));
     // Values that the library does not have are dropped by name.
     const QString path = m_dir.filePath(QStringLiteral("old.json"));
     bench.setScenarioPath(path);

@@ -554,12 +554,12 @@ void TestGestureRecognizers::pinchValues()
     driver.run("update 0,0 ignore");
     QCOMPARE(pinch->changeFlags(), PinchGesture::ChangeFlags());
     QCOMPARE(pinch->totalChangeFlags(), all);
-    const auto &startPositions = PinchGesturePrivateAccessor::priv(pinch)->startPositions;
-    QCOMPARE(startPositions[0], origin);
-    QCOMPARE(startPositions[1], origin + QPointF(100, 100)); // of the first update with both
+    const auto *d = PinchGesturePrivateAccessor::priv(pinch);
+    QCOMPARE(d->startPositions[0], origin);
+    QCOMPARE(d->startPositions[1], origin + QPointF(100, 100)); // of the first update with both
 
     driver.reset();
-    QCOMPARE(startPositions[1], origin + QPointF(100, 100));
+    QCOMPARE(d->startPositions[1], origin + QPointF(100, 100));
     QCOMPARE(debugText(pinch), debugText(std::make_unique<PinchGesture>().get()));
     QVERIFY(PinchGesturePrivateAccessor::priv(pinch)->isNewSequence);
 }

@@ -68,7 +68,9 @@ bool ElfFile::hasWholeSegments() const
 {
     const quint64 table = word(choose(28, 32));
     const quint64 entrySize = number(choose(42, 54), 2);
-    const quint64 count = hasSegmentTable() ? number(choose(44, 56), 2) : 0;
+    // Entries of another size are no segments; the system's loader refuses them.
+    const bool areSegments = hasSegmentTable() && entrySize == choose(32, 56);
+    const quint64 count = areSegments ? number(choose(44, 56), 2) : 0;
     for (quint64 i = 0; i < count; ++i) {
         const quint64 entry = table + i * entrySize;
         const bool isLoaded = number(entry, 4) == segmentLoad;
