@@ -279,6 +279,7 @@ bool WidgetLibraryPluginTestWidgetPrivate::saveScenario(bool asksForPath)
     }
     document->undoStack()->setClean();
     owner->setScenarioPath(path);
+    owner->closeBanner(QStringLiteral("scenario")); // of a time when it could not be saved
     showMessage(Window::tr("Saved as %1").arg(path));
     Q_EMIT owner->scenarioSaved(path);
     return true;
