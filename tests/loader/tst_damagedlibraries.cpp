@@ -135,6 +135,7 @@ private Q_SLOTS:
     void refused_data();
     void refused();
     void wholeImageLoads();
+    void emptySegmentMayLieBehindTheEnd();
 
 private:
     void noLibraryFiles();
@@ -585,6 +586,22 @@ void TestDamagedLibraries::wholeImageLoads()
     QVERIFY(loader.loadFromPluginPath(path, id));
     QCOMPARE(log.takeMessages(),
              QStringList{QStringLiteral("Plugin %1 (v1.0.0) loaded, author Plant Builders").arg(id)});
+}
+
+// As linkers leave the segment of data that begins as zeros when the file is stripped.
+void TestDamagedLibraries::emptySegmentMayLieBehindTheEnd()
+{
+    LibraryImage image(goodLibrary());
+    constexpr quint64 page = 0x10000;
+    const quint64 behind = (static_cast<quint64>(image.bytes.size()) / page + 2) * page;
+    Elf64_Phdr &segment = image.segment(PT_GNU_EH_FRAME);
+    segment = {PT_LOAD, PF_R | PF_W, behind, 64 * page, 64 * page, 0, 0, page};
+    const PluginFolders folders;
+    const QString path = folders.put(id, image.bytes);
+    LogRecorder log;
+    PluginLoader loader;
+    QVERIFY(loader.loadFromPluginPath(path, id));
+    QCOMPARE(log.takeMessages().size(), 1);
 }
 
 KORA_TEST_MAIN(TestDamagedLibraries)

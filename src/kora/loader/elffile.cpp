@@ -74,7 +74,8 @@ bool ElfFile::hasWholeSegments() const
     for (quint64 i = 0; i < count; ++i) {
         const quint64 entry = table + i * entrySize;
         const bool isLoaded = number(entry, 4) == segmentLoad;
-        if (isLoaded && !contains(word(entry + choose(4, 8)), word(entry + choose(16, 32)))) {
+        const quint64 size = word(entry + choose(16, 32)); // in the file; linkers put empty ones anywhere
+        if (isLoaded && size > 0 && !contains(word(entry + choose(4, 8)), size)) {
             return false;
         }
     }
